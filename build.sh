@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Builds Folioscope (installing missing Debian packages first) and runs the
+# main job.
+set -euo pipefail
+cd "$(dirname "$0")"
+scripts/install-deps.sh
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Release
+cmake --build build
+./build/folioscope --registry build/registry.reg config list

@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Installs the Debian packages listed in scripts/debian-packages.txt (and in
+# any further list given as arguments) that are not installed yet.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+lists=("$here/debian-packages.txt" "$@")
+missing=()
+for list in "${lists[@]}"; do
+  while read -r pkg _; do
+    [[ -z "$pkg" || "$pkg" == \#* ]] && continue
+    dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
+  done < "$list"
+done
+if ((${#missing[@]})); then
+  echo "Installing Debian packages: ${missing[*]}"
+  sudo=""
+  [[ $(id -u) -eq 0 ]] || sudo="sudo"
+  export DEBIAN_FRONTEND=noninteractive
+  $sudo apt-get update -qq
+  $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

@@ -1,0 +1,29 @@
+// folioscope: documentation reports for Visual Basic 6 projects.
+#include <CLI/CLI.hpp>
+
+#include "cli/host.h"
+
+int main(int argc, char** argv) {
+  folioscope::Host host;
+  CLI::App app{"Folioscope: HTML and CHM documentation from the '/// comments of VB6 projects",
+               "folioscope"};
+  app.set_version_flag("--version", "folioscope 1.0.0");
+  app.require_subcommand(1);
+  app.fallthrough();
+  auto& o = host.options;
+  app.add_option("--app-dir", o.app_dir, "Application folder (holds Res/, sfn.dat, ErrorLog.txt)");
+  app.add_option("--registry", o.registry, "Settings hive file (REGEDIT format)");
+  app.add_option("--set", o.set, "Report set folder for this run (ReportPath)");
+  app.add_option("--language", o.language, "Report language for this run (ReportLanguage)");
+  app.add_option("--option", o.options, "NAME=VALUE: any setting, for this run only");
+  app.add_flag("--quiet", o.quiet, "Print failures only");
+  app.add_flag("--no-progress", o.no_progress, "Draw no progress bar");
+  for (auto setup : folioscope::CommandRegistration::All()) setup(app, host);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    int code = app.exit(e);
+    return code == 0 ? 0 : folioscope::kExitUsage;
+  }
+  return host.FinalStatus();
+}

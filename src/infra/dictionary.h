@@ -1,0 +1,90 @@
+// The VB-compatible keyed collection (Scripting.Dictionary semantics).
+//
+// Contract:
+// - Entries keep insertion order; KeyAt/ItemAt index them from 0.
+// - Keys are typed: the Long key 1 and the String key "1" are different
+//   keys. String keys compare case-sensitively (binary compare mode).
+// - Reading an absent key through Item() ADDS it with an empty item and
+//   returns that item. The doc-comment scans depend on this: reading key 0
+//   of a line dictionary keyed 1..n adds key 0 and raises Count by one.
+// - Add() of a present key raises run-time error 457.
+// - KeyAt/ItemAt outside 0..Count-1 raise run-time error 9.
+// Not thread-safe; each dictionary belongs to one caller.
+#ifndef FOLIOSCOPE_INFRA_DICTIONARY_H_
+#define FOLIOSCOPE_INFRA_DICTIONARY_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace vb {
+
+class DictKey {
+ public:
+  static DictKey Long(int32_t value) { return DictKey(true, value, std::string()); }
+  static DictKey String(std::string value) { return DictKey(false, 0, std::move(value)); }
+
+  bool is_long() const { return is_long_; }
+  int32_t long_value() const { return long_value_; }
+  const std::string& string_value() const { return string_value_; }
+  // The key as text: the decimal number of a Long key, else the string.
+  std::string ToText() const;
+
+  bool operator==(const DictKey& o) const {
+    return is_long_ == o.is_long_ && long_value_ == o.long_value_ && string_value_ == o.string_value_;
+  }
+
+  struct Hash {
+    size_t operator()(const DictKey& k) const;
+  };
+
+ private:
+  DictKey(bool is_long, int32_t l, std::string s)
+      : is_long_(is_long), long_value_(l), string_value_(std::move(s)) {}
+  bool is_long_;
+  int32_t long_value_;
+  std::string string_value_;
+};
+
+class Dictionary {
+ public:
+  int32_t Count() const { return static_cast<int32_t>(entries_.size()); }
+
+  // Item get: the item of `key`, adding the key with an empty item when absent.
+  const std::string& Item(const DictKey& key);
+  const std::string& Item(int32_t long_key) { return Item(DictKey::Long(long_key)); }
+  const std::string& Item(const std::string& string_key) { return Item(DictKey::String(string_key)); }
+
+  // Item let: replaces the item of `key`, adding the key when absent.
+  void SetItem(const DictKey& key, std::string item);
+  void SetItem(int32_t long_key, std::string item) { SetItem(DictKey::Long(long_key), std::move(item)); }
+
+  // Adds a new key; raises error 457 when the key is present.
+  void Add(const DictKey& key, std::string item);
+  void Add(int32_t long_key, std::string item) { Add(DictKey::Long(long_key), std::move(item)); }
+  void Add(const std::string& string_key, std::string item) {
+    Add(DictKey::String(string_key), std::move(item));
+  }
+
+  bool Exists(const DictKey& key) const { return index_.count(key) != 0; }
+
+  // Keys()(i) and Items()(i): 0-based position in insertion order.
+  const DictKey& KeyAt(int32_t index) const;
+  const std::string& ItemAt(int32_t index) const;
+
+  void RemoveAll();
+
+ private:
+  struct Entry {
+    DictKey key;
+    std::string item;
+  };
+  std::vector<Entry> entries_;
+  std::unordered_map<DictKey, int32_t, DictKey::Hash> index_;
+};
+
+}  // namespace vb
+
+#endif  // FOLIOSCOPE_INFRA_DICTIONARY_H_

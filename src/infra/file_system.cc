@@ -1,0 +1,126 @@
+#include "infra/file_system.h"
+
+#include <fnmatch.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "infra/vb_runtime.h"
+
+namespace folioscope {
+
+namespace fs = std::filesystem;
+
+std::string NativePath(std::string_view path) {
+  std::string p(path);
+#ifndef _WIN32
+  std::replace(p.begin(), p.end(), '\\', '/');
+#endif
+  return p;
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+  std::string p(folder);
+  if (!p.empty() && p.back() != kPathSeparator && p.back() != '\\' && p.back() != '/')
+    p += kPathSeparator;
+  p.append(name);
+  return p;
+}
+
+namespace {
+
+bool HasWildcard(std::string_view s) { return s.find_first_of("*?") != std::string_view::npos; }
+
+// FindFirstFile's first match: the path itself, or the first directory entry
+// (in name order, for a stable answer) that matches a wildcard last part.
+bool FirstMatch(const std::string& raw, struct stat* st) {
+  if (raw.empty()) return false;
+  std::string path = NativePath(raw);
+  if (path.back() == '/' || raw.back() == '\\') return false;
+  std::error_code ec;
+  size_t slash = path.rfind('/');
+  std::string last = slash == std::string::npos ? path : path.substr(slash + 1);
+  if (!HasWildcard(last)) return ::stat(path.c_str(), st) == 0;
+  std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  std::vector<std::string> names;
+  for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+    std::string name = it->path().filename().string();
+    if (fnmatch(last.c_str(), name.c_str(), FNM_CASEFOLD) == 0) names.push_back(name);
+  }
+  if (names.empty()) return false;
+  std::sort(names.begin(), names.end());
+  std::string first = folder + names.front();
+  return ::stat(first.c_str(), st) == 0;
+}
+
+}  // namespace
+
+bool CFileSystem::IsOrdnerVorhanden(const std::string& path) const {
+  struct stat st {};
+  return FirstMatch(path, &st) && S_ISDIR(st.st_mode);
+}
+
+bool CFileSystem::IsDateiVorhanden(const std::string& path) const {
+  struct stat st {};
+  if (!FirstMatch(path, &st) || S_ISDIR(st.st_mode)) return false;
+  return (static_cast<uint64_t>(st.st_size) & 0xFFFFFFFFu) != 0;
+}
+
+std::string ReadFileText(const std::string& path) {
+  std::string native = NativePath(path);
+  struct stat st {};
+  if (::stat(native.c_str(), &st) != 0) vb::Raise(vb::kFileNotFound);
+  if (S_ISDIR(st.st_mode)) vb::Raise(vb::kPathFileAccessError);
+  std::FILE* f = std::fopen(native.c_str(), "rb");
+  if (!f) vb::Raise(vb::kPathFileAccessError);
+  std::string data;
+  char buffer[65536];
+  size_t n;
+  while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) data.append(buffer, n);
+  bool failed = std::ferror(f) != 0;
+  std::fclose(f);
+  if (failed) vb::Raise(vb::kPathFileAccessError);
+  return data;
+}
+
+void WriteTextFile(const std::string& path, std::string_view text, bool append) {
+  std::string native = NativePath(path);
+  std::FILE* f = std::fopen(native.c_str(), append ? "ab" : "wb");
+  if (!f) vb::Raise(errno == ENOENT ? vb::kPathNotFound : vb::kPathFileAccessError);
+  bool ok = std::fwrite(text.data(), 1, text.size(), f) == text.size() &&
+            std::fwrite("\r\n", 1, 2, f) == 2;
+  ok = (std::fclose(f) == 0) && ok;
+  if (!ok) vb::Raise(vb::kPathFileAccessError);
+}
+
+bool WriteFileAtomically(const std::string& path, std::string_view bytes) {
+  std::string native = NativePath(path);
+  std::string temp = native + ".tmp" + std::to_string(::getpid());
+  std::FILE* f = std::fopen(temp.c_str(), "wb");
+  if (!f) return false;
+  bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+  ok = (std::fflush(f) == 0) && ok;
+  ok = (::fsync(::fileno(f)) == 0) && ok;
+  ok = (std::fclose(f) == 0) && ok;
+  if (ok && std::rename(temp.c_str(), native.c_str()) == 0) return true;
+  std::remove(temp.c_str());
+  return false;
+}
+
+void CopyFileOver(const std::string& source, const std::string& target) {
+  std::string from = NativePath(source);
+  std::string to = NativePath(target);
+  std::error_code ec;
+  if (!fs::is_regular_file(from, ec)) vb::Raise(vb::kFileNotFound);
+  fs::copy_file(from, to, fs::copy_options::overwrite_existing, ec);
+  if (ec) vb::Raise(vb::kPathFileAccessError);
+}
+
+}  // namespace folioscope

@@ -1,0 +1,61 @@
+// File helpers: existence tests, whole-file reads and the page-file writer.
+//
+// Paths are Windows-1252 byte strings built by the component with
+// kPathSeparator. File names read from report-set files use backslashes;
+// NativePath() turns them into this platform's form before the OS sees them.
+#ifndef FOLIOSCOPE_INFRA_FILE_SYSTEM_H_
+#define FOLIOSCOPE_INFRA_FILE_SYSTEM_H_
+
+#include <string>
+#include <string_view>
+
+namespace folioscope {
+
+#ifdef _WIN32
+constexpr char kPathSeparator = '\\';
+constexpr const char* kPathSeparatorText = "\\";
+#else
+constexpr char kPathSeparator = '/';
+constexpr const char* kPathSeparatorText = "/";
+#endif
+
+// The path as the OS takes it: on POSIX every backslash becomes '/'.
+std::string NativePath(std::string_view path);
+
+// Joins with exactly one separator between the parts.
+std::string JoinPath(std::string_view folder, std::string_view name);
+
+// CFileSystem: the two existence tests. They never raise an error.
+class CFileSystem {
+ public:
+  // True when the first entry matching `path` (wildcards * and ? honoured in
+  // the last component) is a folder. A path ending in a separator matches
+  // nothing and gives false.
+  bool IsOrdnerVorhanden(const std::string& path) const;
+
+  // True when the first entry matching `path` is a file whose size (low 32
+  // bits) is not zero. An empty file and a folder count as absent.
+  bool IsDateiVorhanden(const std::string& path) const;
+};
+
+// The whole file as one byte string. A missing file raises run-time error
+// 53, an unreadable one 75. An empty file gives "".
+std::string ReadFileText(const std::string& path);
+
+// The page-file writer: writes `text` and CR LF, replacing the file (or
+// appending when `append` is set). A missing folder raises 76, any other
+// failure 75.
+void WriteTextFile(const std::string& path, std::string_view text, bool append);
+
+// Writes `bytes` as the file's whole content, through a temporary file in the
+// same folder and a rename, so readers never see a half-written file.
+// Returns false on failure.
+bool WriteFileAtomically(const std::string& path, std::string_view bytes);
+
+// Copies a file, overwriting the target. A missing source raises 53; a
+// failed write 75.
+void CopyFileOver(const std::string& source, const std::string& target);
+
+}  // namespace folioscope
+
+#endif  // FOLIOSCOPE_INFRA_FILE_SYSTEM_H_

@@ -1,0 +1,128 @@
+#include "infra/posix_platform.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <thread>
+
+#include "infra/text_encoding.h"
+
+#ifndef FOLIOSCOPE_VERSION_MAJOR
+#define FOLIOSCOPE_VERSION_MAJOR 1
+#define FOLIOSCOPE_VERSION_MINOR 0
+#define FOLIOSCOPE_VERSION_REVISION 0
+#endif
+
+namespace folioscope {
+
+PosixPlatform::PosixPlatform(SettingsBackend* settings, std::string application_folder)
+    : settings_(settings), application_folder_(std::move(application_folder)) {}
+
+int32_t PosixPlatform::MessageBox(const std::string& text, int32_t, const std::string& title) {
+  std::fprintf(stderr, "%s: %s\n", Cp1252ToUtf8(title).c_str(), Cp1252ToUtf8(text).c_str());
+  return 1;
+}
+
+int32_t PosixPlatform::ShowErrorDialog(const std::string& report_text, ErrorDialogActions&) {
+  std::fprintf(stderr, "%s\n", Cp1252ToUtf8(report_text).c_str());
+  return kChoiceIgnore;
+}
+
+std::string FindOnPath(const std::string& program) {
+  if (program.find('/') != std::string::npos)
+    return ::access(program.c_str(), X_OK) == 0 ? program : "";
+  const char* path = std::getenv("PATH");
+  std::string dirs = path ? path : "/usr/local/bin:/usr/bin:/bin";
+  size_t from = 0;
+  while (from <= dirs.size()) {
+    size_t colon = dirs.find(':', from);
+    std::string dir = dirs.substr(from, colon == std::string::npos ? std::string::npos
+                                                                   : colon - from);
+    std::string candidate = dir.empty() ? std::string(".") : dir;
+    candidate.append("/").append(program);
+    struct stat st {};
+    if (::stat(candidate.c_str(), &st) == 0 && S_ISREG(st.st_mode) &&
+        ::access(candidate.c_str(), X_OK) == 0)
+      return candidate;
+    if (colon == std::string::npos) break;
+    from = colon + 1;
+  }
+  return "";
+}
+
+bool PosixPlatform::OpenAddress(const std::string& address) {
+  if (std::getenv("DISPLAY") && !FindOnPath("xdg-open").empty())
+    return RunAndWait({"xdg-open", address}, ".", false) == 0;
+  std::fprintf(stderr, "%s\n", Cp1252ToUtf8(address).c_str());
+  return true;
+}
+
+bool PosixPlatform::PrintText(const std::string& text) {
+  std::string lpr = FindOnPath("lpr");
+  if (lpr.empty()) {
+    std::fprintf(stderr, "%s\n", Cp1252ToUtf8(text).c_str());
+    return true;
+  }
+  std::FILE* pipe = ::popen("lpr", "w");
+  if (!pipe) return false;
+  std::string utf8 = Cp1252ToUtf8(text);
+  std::fwrite(utf8.data(), 1, utf8.size(), pipe);
+  return ::pclose(pipe) == 0;
+}
+
+int32_t PosixPlatform::RunAndWait(const std::vector<std::string>& argv,
+                                  const std::string& working_folder, bool pump_messages) {
+  if (argv.empty()) return -1;
+  pid_t pid = ::fork();
+  if (pid < 0) return -1;
+  if (pid == 0) {
+    if (!working_folder.empty() && ::chdir(working_folder.c_str()) != 0) ::_exit(127);
+    std::vector<char*> args;
+    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+    ::execvp(args[0], args.data());
+    ::_exit(127);
+  }
+  int status = 0;
+  while (true) {
+    if (pump_messages) PumpMessages();
+    pid_t r = ::waitpid(pid, &status, WNOHANG);
+    if (r == pid) break;
+    if (r < 0 && errno != EINTR) return -1;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  if (WIFEXITED(status)) return WEXITSTATUS(status);
+  return -1;
+}
+
+std::string PosixPlatform::FallbackLogFolder() {
+  if (const char* state = std::getenv("XDG_STATE_HOME"); state && *state)
+    return std::string(state) + "/folioscope";
+  if (const char* home = std::getenv("HOME"); home && *home)
+    return std::string(home) + "/.local/state/folioscope";
+  return "";
+}
+
+AppVersion PosixPlatform::ApplicationVersion() {
+  return AppVersion{FOLIOSCOPE_VERSION_MAJOR, FOLIOSCOPE_VERSION_MINOR,
+                    FOLIOSCOPE_VERSION_REVISION};
+}
+
+std::string PosixPlatform::NowText() {
+  std::time_t t = std::time(nullptr);
+  std::tm tm {};
+  ::localtime_r(&t, &tm);
+  char buffer[32];
+  std::strftime(buffer, sizeof buffer, "%d.%m.%Y %H:%M:%S", &tm);
+  return buffer;
+}
+
+uint32_t PosixPlatform::LastSystemError() { return static_cast<uint32_t>(errno); }
+
+}  // namespace folioscope

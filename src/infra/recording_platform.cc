@@ -1,0 +1,36 @@
+#include "infra/recording_platform.h"
+
+namespace folioscope {
+
+RecordingPlatform::RecordingPlatform(std::string folder)
+    : application_folder(std::move(folder)) {}
+
+int32_t RecordingPlatform::MessageBox(const std::string& text, int32_t style,
+                                      const std::string& title) {
+  message_boxes.push_back(MessageBoxCall{text, style, title});
+  return 1;
+}
+
+int32_t RecordingPlatform::ShowErrorDialog(const std::string& report_text,
+                                           ErrorDialogActions&) {
+  error_dialogs.push_back(report_text);
+  return error_dialog_answer;
+}
+
+bool RecordingPlatform::OpenAddress(const std::string& address) {
+  opened_addresses.push_back(address);
+  return true;
+}
+
+bool RecordingPlatform::PrintText(const std::string& text) {
+  printed_texts.push_back(text);
+  return true;
+}
+
+int32_t RecordingPlatform::RunAndWait(const std::vector<std::string>& argv,
+                                      const std::string& working_folder, bool pump_messages) {
+  program_runs.push_back(ProgramRun{argv, working_folder, pump_messages});
+  return on_run ? on_run(program_runs.back()) : 0;
+}
+
+}  // namespace folioscope

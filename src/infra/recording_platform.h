@@ -1,0 +1,71 @@
+// A Platform for tests: an in-memory registry, a chosen application folder,
+// a fixed clock, and a record of every message box, error dialog, opened
+// address, printed text and program run. Dialog answers and program runs
+// can be scripted.
+#ifndef FOLIOSCOPE_INFRA_RECORDING_PLATFORM_H_
+#define FOLIOSCOPE_INFRA_RECORDING_PLATFORM_H_
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "infra/platform.h"
+#include "infra/registry_tree.h"
+
+namespace folioscope {
+
+class RecordingPlatform : public Platform {
+ public:
+  struct MessageBoxCall {
+    std::string text;
+    int32_t style;
+    std::string title;
+  };
+  struct ProgramRun {
+    std::vector<std::string> argv;
+    std::string working_folder;
+    bool pump_messages;
+  };
+
+  explicit RecordingPlatform(std::string application_folder = "");
+
+  SettingsBackend& Settings() override { return registry; }
+  int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override;
+  int32_t ShowErrorDialog(const std::string& report_text, ErrorDialogActions& actions) override;
+  void PumpMessages() override { ++pump_count; }
+  bool OpenAddress(const std::string& address) override;
+  bool PrintText(const std::string& text) override;
+  int32_t RunAndWait(const std::vector<std::string>& argv, const std::string& working_folder,
+                     bool pump_messages) override;
+  std::string ApplicationFolder() override { return application_folder; }
+  std::string FallbackLogFolder() override { return fallback_log_folder; }
+  std::string ApplicationFileName() override { return "folioscope"; }
+  AppVersion ApplicationVersion() override { return AppVersion{1, 0, 0}; }
+  std::string NowText() override { return now_text; }
+  uint32_t LastSystemError() override { return last_system_error; }
+  std::string NumberGroupSeparator() override { return group_separator; }
+  bool InDevelopmentEnvironment() override { return in_ide; }
+
+  // State, freely set and inspected by tests.
+  RegistryTree registry;
+  std::string application_folder;
+  std::string fallback_log_folder;
+  std::string now_text = "23.11.2026 12:00:00";
+  uint32_t last_system_error = 0;
+  std::string group_separator = ".";
+  bool in_ide = false;
+  int32_t error_dialog_answer = kChoiceIgnore;
+  // Called for each program run; returns the exit code (default 0).
+  std::function<int32_t(const ProgramRun&)> on_run;
+
+  std::vector<MessageBoxCall> message_boxes;
+  std::vector<std::string> error_dialogs;
+  std::vector<std::string> opened_addresses;
+  std::vector<std::string> printed_texts;
+  std::vector<ProgramRun> program_runs;
+  int64_t pump_count = 0;
+};
+
+}  // namespace folioscope
+
+#endif  // FOLIOSCOPE_INFRA_RECORDING_PLATFORM_H_
