@@ -1,0 +1,28 @@
+// CCode: reads the "<code>" example block of a member's '/// lines, either
+// joined with "<br>" or, pre-formatted, as the formatter's coloured HTML.
+#ifndef FOLIOSCOPE_DOCCOMMENTS_CODE_READER_H_
+#define FOLIOSCOPE_DOCCOMMENTS_CODE_READER_H_
+
+#include <cstdint>
+#include <string>
+
+#include "model/source_model.h"
+
+namespace folioscope {
+
+class CCode {
+ public:
+  CCode();
+  void SetGetAsPraeformated(bool value) { pre_formatted_ = value; }
+  int32_t GetCode(SourceMember& MemberContent);
+  const std::string& CodeContent() const { return content_; }
+
+ private:
+  std::string content_;
+  bool pre_formatted_ = false;
+  bool diagnostic_mode_;
+};
+
+}  // namespace folioscope
+
+#endif  // FOLIOSCOPE_DOCCOMMENTS_CODE_READER_H_

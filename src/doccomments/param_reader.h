@@ -1,0 +1,27 @@
+// CParam: reads every "<param name=...>" block of a member's '/// lines and
+// writes its text into the Description of the parameter of that name.
+#ifndef FOLIOSCOPE_DOCCOMMENTS_PARAM_READER_H_
+#define FOLIOSCOPE_DOCCOMMENTS_PARAM_READER_H_
+
+#include <cstdint>
+#include <string>
+
+#include "model/source_model.h"
+
+namespace folioscope {
+
+class CParam {
+ public:
+  CParam();
+  int32_t GetParam(SourceMember& MemberContent);
+  const std::string& ParamContent() const { return content_; }
+
+ private:
+  std::string content_;
+  std::string parameter_name_;  // survives between blocks and calls
+  bool diagnostic_mode_;
+};
+
+}  // namespace folioscope
+
+#endif  // FOLIOSCOPE_DOCCOMMENTS_PARAM_READER_H_

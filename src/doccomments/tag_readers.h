@@ -1,0 +1,55 @@
+// The doc-comment tag readers: CSummary, CRemarks, CReturns read one block
+// each ("<summary>", "<remarks>", "<returns>") from a member's '/// lines;
+// the content property holds the block's joined text, empty when the member
+// has no such block. Get...() always returns 0. Messages go to the progress
+// channel; faults are trapped and reported to CErrorHandler.
+//
+// The scans read keys 0 .. Count-1 of the member's code-line dictionary; a
+// read of the absent key 0 adds it (see vb::Dictionary), which widens later
+// scans of the same dictionary by one line.
+#ifndef FOLIOSCOPE_DOCCOMMENTS_TAG_READERS_H_
+#define FOLIOSCOPE_DOCCOMMENTS_TAG_READERS_H_
+
+#include <cstdint>
+#include <string>
+
+#include "model/source_model.h"
+
+namespace folioscope {
+
+class CSummary {
+ public:
+  CSummary();
+  int32_t GetSummary(SourceMember& MemberContent);
+  const std::string& SumaryContent() const { return content_; }
+
+ private:
+  std::string content_;
+  bool diagnostic_mode_;
+};
+
+class CRemarks {
+ public:
+  CRemarks();
+  int32_t GetRemarks(SourceMember& MemberContent);
+  const std::string& RemarksContent() const { return content_; }
+
+ private:
+  std::string content_;
+  bool diagnostic_mode_;
+};
+
+class CReturns {
+ public:
+  CReturns();
+  int32_t GetReturns(SourceMember& MemberContent);
+  const std::string& ReturnsContent() const { return content_; }
+
+ private:
+  std::string content_;
+  bool diagnostic_mode_;
+};
+
+}  // namespace folioscope
+
+#endif  // FOLIOSCOPE_DOCCOMMENTS_TAG_READERS_H_

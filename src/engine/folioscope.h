@@ -1,0 +1,118 @@
+// CFolioscope: the report object through which a caller documents a project:
+// a whole web report (SaveReport), a compiled help file
+// (SaveCHMReportSystem), or single pages for preview (GetProjektSite,
+// GetModulContentSite, GetMemberContentSite).
+//
+// Every public method first runs the readiness check CheckOfReady(), which
+// re-reads all settings through CRegistry and makes sure a report set is
+// loaded; a method whose check fails returns "" or 0 and writes nothing.
+// Faults are trapped per procedure and reported to CErrorHandler with the
+// class name "CFolioscope".
+//
+// The implementation is spread over the subsystems: the object and its check
+// in engine/folioscope.cc, the web report driver in engine/web_report.cc, the
+// page builders in pages/, the help project in chm/.
+#ifndef FOLIOSCOPE_ENGINE_FOLIOSCOPE_H_
+#define FOLIOSCOPE_ENGINE_FOLIOSCOPE_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "infra/file_system.h"
+#include "infra/registry.h"
+#include "model/source_model.h"
+#include "reportsets/ressource.h"
+
+namespace folioscope {
+
+class CFolioscope {
+ public:
+  CFolioscope();
+  ~CFolioscope();
+
+  // Properties (plain stores).
+  std::string PlainPath;
+  std::string FolderName;
+  SourceProject* Projekt = nullptr;  // not owned
+  std::string ProjektName;
+  std::string ModuleName;
+  std::string MemberName;
+  bool Ready() const { return ready_; }
+
+  // Public methods.
+  int32_t SaveCHMReportSystem(int32_t SaveMode);
+  int32_t SaveReport(int32_t SaveMode);
+  std::string GetProjektSite();
+  std::string GetModulContentSite(const std::string& ModulName);
+  std::string GetMemberContentSite(SourceMember& MemberContent, const std::string& ProjektName,
+                                   const std::string& ModulName);
+
+  // The save mode of the running save (-1 when none); tests read it.
+  int32_t save_mode() const { return save_mode_; }
+  // The resource-file prefix (ReportSetPath).
+  const std::string& report_set_path() const { return report_set_path_; }
+  // The help-file working texts (tests read them).
+  const std::string& chm_file_list() const { return chm_file_list_; }
+  const std::string& chm_toc_text() const { return chm_toc_text_; }
+  bool chm_mode() const { return chm_mode_; }
+  CRessource* resources() { return resources_.get(); }
+
+ private:
+  // engine/folioscope.cc
+  void CheckOfReady();
+  void WriteTextFile(const std::string& FileName, const std::string& Text, bool Append);
+
+  // engine/web_report.cc
+  int32_t WriteFileRessources();
+
+  // pages/
+  int32_t WriteProjekt(int32_t SaveMode);
+  int32_t WriteIndex();
+  int32_t WriteLogo();
+  int32_t WriteComponentMenu();
+  int32_t WriteModulContentSite(SourceModule& Module, int32_t SaveMode, int32_t Position);
+  std::string GetMemberForModuleContent(int32_t MemberIndex, const std::string& ModulName,
+                                        bool Link);
+  int32_t WriteMemberContentSite(SourceMember& Member, const std::string& ModulName, bool Append);
+
+  // chm/
+  std::string GetTOCItem();
+  int32_t CreateCHMProjektFile(int32_t SaveMode);
+  int32_t CreateCHMMapAndAlias(int32_t SaveMode);
+  int32_t CreateCHMTableOfContens(int32_t SaveMode);
+  int32_t RunAndWait(const std::string& CommandLine, int32_t WindowStyle,
+                     bool DoEventsWhileWaiting);
+
+  // Fields.
+  std::unique_ptr<CRessource> resources_;
+  std::unique_ptr<CFileSystem> file_system_;
+  std::unique_ptr<CRegistry> registry_;
+  std::string report_set_path_;
+  int32_t save_mode_ = -1;
+  std::string report_language_;
+  bool ready_ = false;
+  int32_t DelFilesAfterCHMCompiling = 0;
+  int32_t ShowModulePath = 0;
+  int32_t ShowModuleRelativePath = 0;
+  int32_t ShowLOCForModuls = 0;
+  int32_t ShowLOCForProjects = 0;
+  int32_t ShowHelpContextID = 0;
+  int32_t ShowVBInternDescription = 0;
+  int32_t ToolBarPublicValue = 0;
+  int32_t ToolBarFriendValue = 0;
+  int32_t ToolBarPrivateValue = 0;
+  std::string ReportStdTitle;
+  std::string CHMReportTitle;
+
+  // Help-file build state.
+  bool chm_mode_ = false;
+  std::string chm_file_list_;  // "[FILES]" CR LF, then one file per line
+  std::string chm_toc_text_;
+  std::string chm_alias_text_;
+  int32_t progress_total_ = 0;  // the total announced with OnReportStart
+};
+
+}  // namespace folioscope
+
+#endif  // FOLIOSCOPE_ENGINE_FOLIOSCOPE_H_
