@@ -17,6 +17,14 @@ class CParam {
   const std::string& ParamContent() const { return content_; }
 
  private:
+  int32_t GetParamBegin();
+  int32_t GetParamEnd();
+  void GetParamContent(int32_t b, int32_t e);
+  std::string GetParamBeginText(const std::string& line);
+  static std::string GetParamEndText(const std::string& line);
+  void StoreDescription(SourceMember& MemberContent);
+
+  vb::Dictionary working_lines_;  // one call's copy of the code lines
   std::string content_;
   std::string parameter_name_;  // survives between blocks and calls
   bool diagnostic_mode_;

@@ -24,6 +24,12 @@ class CSummary {
   const std::string& SumaryContent() const { return content_; }
 
  private:
+  int32_t GetSummaryBegin(SourceMember& MemberContent);
+  int32_t GetSummaryEnd(SourceMember& MemberContent);
+  void GetSumaryContent(SourceMember& MemberContent, int32_t b, int32_t e);
+  static std::string GetFirstLine(const std::string& line);
+  static std::string GetEndLine(const std::string& line);
+
   std::string content_;
   bool diagnostic_mode_;
 };
@@ -35,6 +41,12 @@ class CRemarks {
   const std::string& RemarksContent() const { return content_; }
 
  private:
+  int32_t GetRemarksBegin(SourceMember& MemberContent);
+  int32_t GetRemarksEnd(SourceMember& MemberContent);
+  void GetRemarksContent(SourceMember& MemberContent, int32_t b, int32_t e);
+  static std::string GetFirstLine(const std::string& line);
+  static std::string GetEndLine(const std::string& line);
+
   std::string content_;
   bool diagnostic_mode_;
 };
@@ -46,6 +58,12 @@ class CReturns {
   const std::string& ReturnsContent() const { return content_; }
 
  private:
+  int32_t GetReturnsBegin(SourceMember& MemberContent);
+  int32_t GetReturnsEnd(SourceMember& MemberContent);
+  void GetReturnsContent(SourceMember& MemberContent, int32_t b, int32_t e);
+  static std::string GetFirstLine(const std::string& line);
+  static std::string GetEndLine(const std::string& line);
+
   std::string content_;
   bool diagnostic_mode_;
 };

@@ -1,0 +1,90 @@
+#include "doccomments/param_reader.h"
+
+#include "doccomments/tag_block.h"
+#include "engine/fs_communicator.h"
+#include "infra/error_handler.h"
+#include "infra/vb_runtime.h"
+
+namespace folioscope {
+
+namespace {
+
+constexpr std::string_view kParamOpen = "<param name";
+constexpr std::string_view kParamClose = "</param>";
+
+void ReportMissingTag(const char* which) {
+  AddLog(std::string("F\xFCr eine vorhandene Parameterbeschreibung konnte kein ") + which +
+             " Param-Tag gefunden " + "werden. Die Verarbeitung wird abgebrochen.",
+         kIconFailure);
+}
+
+}  // namespace
+
+CParam::CParam() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
+
+int32_t CParam::GetParam(SourceMember& MemberContent) {
+  Trap("CParam", "GetParam", [&] {
+    working_lines_.RemoveAll();
+    if (vb::LCase(MemberContent.Name) == "header") return;
+    doccomments::CopyCodeLines(MemberContent.CodeLines, working_lines_);
+    for (;;) {
+      content_.clear();
+      int32_t b = GetParamBegin();
+      int32_t e = GetParamEnd();
+      if (b >= 1 && e >= 1) GetParamContent(b, e);
+      if (b == 0 && e == 0) return;
+      if (b > 0 && e == 0)
+        return ReportMissingTag(
+            "schlie\xDF"
+            "endes");
+      if (b == 0 && e > 0)
+        return ReportMissingTag(
+            "\xF6"
+            "ffnendes");
+      // A block whose opening tag never named a parameter is skipped; its
+      // lines are already consumed.
+      if (parameter_name_.empty()) continue;
+      StoreDescription(MemberContent);
+      if (diagnostic_mode_) {
+        AddLog("***Ausgabe nur in der IDE***: Erfassung des Param-Tag f\xFCr Member " +
+                   MemberContent.Name + " Parameter " + parameter_name_ + " erfolgreich beendet.",
+               kIconProgress);
+      }
+    }
+  });
+  working_lines_.RemoveAll();
+  return 0;
+}
+
+// Files the content under the first parameter of that exact name. Without
+// one the write goes to position Count + 1, which the parameter list refuses
+// with error 9 (reported by the caller's trap).
+void CParam::StoreDescription(SourceMember& MemberContent) {
+  auto& params = MemberContent.Parameters;
+  int32_t i = 1;
+  for (; i <= params.Count(); ++i) {
+    if (params.Item(i).Name == parameter_name_) break;
+  }
+  params.Item(i).Description = content_;
+}
+
+int32_t CParam::GetParamBegin() { return doccomments::FindTagLine(working_lines_, kParamOpen); }
+
+int32_t CParam::GetParamEnd() { return doccomments::FindTagLine(working_lines_, kParamClose); }
+
+void CParam::GetParamContent(int32_t b, int32_t e) {
+  doccomments::JoinBlockWithBlanks(
+      working_lines_, b, e, kParamClose,
+      [this](const std::string& line) { return GetParamBeginText(line); }, &CParam::GetParamEndText,
+      /*consume=*/true, content_);
+}
+
+std::string CParam::GetParamBeginText(const std::string& line) {
+  return doccomments::TextBehindTagEnd(line, kParamOpen, &parameter_name_);
+}
+
+std::string CParam::GetParamEndText(const std::string& line) {
+  return doccomments::TextBeforeTag(line, kParamClose);
+}
+
+}  // namespace folioscope

@@ -1,0 +1,120 @@
+#include "doccomments/tag_block.h"
+
+#include "engine/fs_communicator.h"
+#include "infra/platform.h"
+#include "infra/vb_runtime.h"
+
+namespace folioscope {
+namespace doccomments {
+
+namespace {
+
+int64_t Len(std::string_view s) { return static_cast<int64_t>(s.size()); }
+
+std::string WithoutBlanks(std::string_view s) {
+  std::string out;
+  for (char c : s) {
+    if (c != ' ') out += c;
+  }
+  return out;
+}
+
+}  // namespace
+
+bool IsDocumentationLine(std::string_view line) {
+  return vb::InStr(vb::Trim(line), kDocPrefix) == 1;
+}
+
+int32_t FindTagLine(vb::Dictionary& lines, std::string_view tag) {
+  const int32_t n = lines.Count();
+  for (int32_t i = 0; i < n; ++i) {
+    const std::string& line = lines.Item(i);
+    if (vb::InStr(vb::LCase(line), tag) > 0 && IsDocumentationLine(line)) return i;
+  }
+  return 0;
+}
+
+std::string TextBehindTag(std::string_view line, std::string_view open_tag) {
+  int64_t p = vb::InStr(vb::LCase(line), open_tag);
+  return vb::Trim(vb::Right(line, Len(line) - (p + Len(open_tag)) + 1));
+}
+
+std::string TextBeforeTag(std::string_view line, std::string_view close_tag) {
+  int64_t p = vb::InStr(vb::LCase(line), close_tag);
+  std::string front = vb::Left(line, p - 1);
+  return vb::Trim(vb::Right(front, Len(front) - Len(kDocPrefix)));
+}
+
+std::string TextBehindTagEnd(std::string_view line, std::string_view open_tag, std::string* inner) {
+  std::string rest = TextBehindTag(line, open_tag);
+  int64_t q = vb::InStr(rest, ">");
+  if (q == 0) return std::string();
+  std::string raw = WithoutBlanks(vb::Trim(vb::Left(rest, q)));
+  *inner = vb::Mid(raw, 3, Len(raw) - 4);
+  return vb::Trim(vb::Right(rest, Len(rest) - q));
+}
+
+std::string TakeLine(vb::Dictionary& lines, int32_t key, bool consume) {
+  std::string line = lines.Item(key);
+  if (consume) lines.SetItem(key, std::string());
+  return line;
+}
+
+void JoinBlockWithBlanks(vb::Dictionary& lines, int32_t b, int32_t e, std::string_view close_tag,
+                         const LineText& begin_text, const LineText& end_text, bool consume,
+                         std::string& content) {
+  if (e == b) {
+    content = begin_text(vb::Trim(TakeLine(lines, b, consume)));
+    content = vb::Trim(vb::Left(content, Len(content) - Len(close_tag)));
+    return;
+  }
+  if (e == vb::AddLong(b, 1)) {
+    content = begin_text(vb::Trim(TakeLine(lines, b, consume)));
+    content += " ";
+    content += end_text(vb::Trim(TakeLine(lines, e, consume)));
+    return;
+  }
+  content = begin_text(vb::Trim(TakeLine(lines, b, consume)));
+  for (int64_t i = int64_t{b} + 1; i <= int64_t{e} - 1; ++i) {
+    std::string t = vb::Trim(TakeLine(lines, static_cast<int32_t>(i), consume));
+    if (Len(t) >= Len(kDocPrefix)) t = vb::Trim(vb::Right(t, Len(t) - Len(kDocPrefix)));
+    content += " ";
+    content += t;
+  }
+  content += " ";
+  content += end_text(vb::Trim(TakeLine(lines, e, consume)));
+}
+
+void CopyCodeLines(vb::Dictionary& from, vb::Dictionary& to) {
+  const int32_t n = from.Count();
+  for (int32_t i = 1; i <= n; ++i) to.Add(i, from.Item(i));
+}
+
+void ReportBlockScan(const TagPair& tags, const std::string& member_name, int32_t b, int32_t e,
+                     bool diagnostic_mode) {
+  const std::string word(tags.word);
+  if (b >= 1 && e >= 1 && diagnostic_mode) {
+    AddLog("***Ausgabe nur in der IDE***: Erfassung des " + word + "-Tag f\xFCr Member " +
+               member_name + " erfolgreich beendet.",
+           kIconProgress);
+  }
+  if (b > 0 && e == 0) {
+    AddLog("F\xFCr Member " + member_name +
+               " konnte kein schlie\xDF"
+               "endes " +
+               " " + word + "-Tag gefunden werden.",
+           kIconFailure);
+  }
+  if (b == 0 && e >= 1) {
+    AddLog("F\xFCr Member " + member_name +
+               " konnte kein \xF6"
+               "ffnendes " +
+               " " + word + "-Tag gefunden werden.",
+           kIconFailure);
+  }
+}
+
+bool DiagnosticModeNow() { return CurrentPlatform().InDevelopmentEnvironment(); }
+
+}  // namespace doccomments
+}  // namespace folioscope
