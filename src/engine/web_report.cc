@@ -1,0 +1,173 @@
+// The web report driver: SaveReport prepares the output folder, copies the
+// report set's resource files next to the pages (WriteFileRessources) and
+// calls the page writers for the whole project, one module or one member.
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
+#include "engine/folioscope.h"
+#include "engine/fs_communicator.h"
+#include "engine/object_required.h"
+#include "infra/error_handler.h"
+#include "infra/platform.h"
+#include "infra/vb_runtime.h"
+
+namespace folioscope {
+
+namespace {
+
+constexpr const char* kClass = "CFolioscope";
+constexpr const char* kCrLf = "\r\n";
+
+// Save modes of SaveReport.
+constexpr int32_t kSaveWholeProject = 0;
+constexpr int32_t kSaveOneModule = 1;
+constexpr int32_t kSaveOneMember = 2;
+
+const char kMissingCompilerMessage[] =
+    "Die Datei 'hhc.exe' konnte nicht im Anwendungsordner gefunden werden. Diese ist "
+    "f\xFCr die Erstellung von CHM-Dateien unbedingt erforderlich. Der Web-Report konnte "
+    "nicht kompiliert werden.";
+
+// The output folder as the caller gave it: the sub-folder name appended
+// without a separator (the caller supplies it), then every doubled
+// separator collapsed once, as VB's Replace does.
+std::string CombineOutputPath(const std::string& plain_path, const std::string& folder_name) {
+  std::string path = plain_path;
+  if (!folder_name.empty()) path += folder_name;
+  const std::string single(1, kPathSeparator);
+  return vb::Replace(path, single + single, single);
+}
+
+// Creates one folder level, like VB's MkDir: a missing parent is error 76,
+// any other failure 75. An existing folder is left alone.
+void MakeFolder(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code ec;
+  const fs::path folder(NativePath(path));
+  fs::create_directory(folder, ec);
+  if (!ec) return;
+  const fs::path parent = folder.parent_path();
+  if (!parent.empty() && !fs::is_directory(parent)) vb::Raise(vb::kPathNotFound);
+  vb::Raise(vb::kPathFileAccessError);
+}
+
+#ifndef _WIN32
+bool IsExecutableFile(const std::string& path) {
+  std::error_code ec;
+  return std::filesystem::is_regular_file(path, ec) && ::access(path.c_str(), X_OK) == 0;
+}
+
+// The help compiler on this platform is chmcmd: the program named by
+// $FOLIOSCOPE_HHC, else "chmcmd" on PATH. True when it can be run.
+bool HelpCompilerAvailable() {
+  const char* configured = std::getenv("FOLIOSCOPE_HHC");
+  std::string program = (configured != nullptr && *configured != '\0') ? configured : "chmcmd";
+  if (program.find('/') != std::string::npos) return IsExecutableFile(program);
+  const char* path = std::getenv("PATH");
+  for (const std::string& dir : vb::Split(path != nullptr ? path : "", ":")) {
+    if (IsExecutableFile((dir.empty() ? std::string(".") : dir) + "/" + program)) return true;
+  }
+  return false;
+}
+#endif
+
+}  // namespace
+
+int32_t CFolioscope::SaveReport(int32_t SaveMode) {
+  // Pages written to disk refer to the resource copies next to them, so the
+  // report-set prefix is cleared for the save and restored afterwards.
+  std::string preview_prefix;
+  bool prefix_cleared = false;
+  Trap(kClass, "SaveReport", [&] {
+    CheckOfReady();
+    if (!ready_) return;
+    save_mode_ = SaveMode;
+    if (PlainPath.empty()) return;
+    PlainPath = CombineOutputPath(PlainPath, FolderName);
+    if (Projekt == nullptr) return;
+    if (!file_system_->IsOrdnerVorhanden(PlainPath)) MakeFolder(PlainPath);
+    preview_prefix = report_set_path_;
+    report_set_path_.clear();
+    prefix_cleared = true;
+    WriteFileRessources();
+    if (SaveMode == kSaveWholeProject) {
+      WriteLogo();
+      WriteIndex();
+      WriteComponentMenu();
+      WriteProjekt(SaveMode);
+    } else if (SaveMode == kSaveOneModule) {
+      SourceModule& module = Projekt->Modules.Item(ModuleName);
+      WriteModulContentSite(module, SaveMode, 0);
+    } else if (SaveMode == kSaveOneMember) {
+      SourceModule& module = Projekt->Modules.Item(ModuleName);
+      SourceMember& member = module.Members.Item(MemberName);
+      WriteMemberContentSite(member, ModuleName, false);
+    }
+  });
+  if (prefix_cleared) report_set_path_ = preview_prefix;
+  save_mode_ = -1;
+  return 0;
+}
+
+int32_t CFolioscope::WriteFileRessources() {
+  std::string source;
+  std::string target;
+  try {
+    CRessource& res = RequireResources(resources_);
+    const std::string report_path =
+        registry_->ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
+    const std::string source_folder = CurrentPlatform().ApplicationFolder() + kPathSeparatorText +
+                                      "Res" + kPathSeparatorText + report_path;
+    vb::Dictionary& holders = res.PlaceHolder();
+    for (int32_t i = 0; i < res.PlaceholderCount(); ++i) {
+      if (vb::Right(holders.KeyAt(i).ToText(), 8) != "_File&&&") continue;
+      const std::string name = holders.ItemAt(i);
+      source = source_folder + kPathSeparatorText + name;
+      target = PlainPath + kPathSeparatorText + name;
+      CopyFileOver(NativePath(source), NativePath(target));
+      source.clear();
+      target.clear();
+      // A file named twice is copied twice but listed once.
+      if (chm_mode_ && vb::InStr(chm_file_list_, name) == 0) {
+        chm_file_list_ += name;
+        chm_file_list_ += kCrLf;
+      }
+    }
+    if (chm_mode_) {
+#ifdef _WIN32
+      const std::string compiler = CurrentPlatform().ApplicationFolder() + "\\hhc.exe";
+      if (file_system_->IsDateiVorhanden(compiler)) {
+        source = compiler;
+        target = PlainPath + "\\hhc.exe";
+        CopyFileOver(source, target);
+        source.clear();
+        target.clear();
+      } else {
+        AddLog(kMissingCompilerMessage, kIconFailure);
+        CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
+                                     "Quillon");
+      }
+#else
+      // chmcmd runs from where it is installed; nothing is copied.
+      if (!HelpCompilerAvailable()) {
+        AddLog(kMissingCompilerMessage, kIconFailure);
+        CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
+                                     "Quillon");
+      }
+#endif
+    }
+  } catch (const std::exception& e) {
+    std::string hint;
+    if (!source.empty()) hint = "Quelldatei = " + source + kCrLf + "Zieldatei = " + target;
+    CErrorHandler::Instance().Report(AsRuntimeError(e), "WriteFileRessources", 0, hint, kClass);
+  }
+  return 0;
+}
+
+}  // namespace folioscope
