@@ -59,6 +59,9 @@ class CFolioscope {
   CRessource* resources() { return resources_.get(); }
 
  private:
+  // Tests drive the private page writers and the help-file state directly.
+  friend class CFolioscopeTestPeer;
+
   // engine/folioscope.cc
   void CheckOfReady();
   void WriteTextFile(const std::string& FileName, const std::string& Text, bool Append);
