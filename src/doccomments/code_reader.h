@@ -18,6 +18,14 @@ class CCode {
   const std::string& CodeContent() const { return content_; }
 
  private:
+  int32_t GetCodeBegin();
+  int32_t GetCodeEnd();
+  void GetCodeContent(int32_t b, int32_t e);
+  std::string GetCodeBeginText(const std::string& line);
+  static std::string GetCodeEndText(const std::string& line);
+
+  vb::Dictionary working_lines_;  // one call's copy of the code lines
+  std::string tag_inner_;         // the opening tag's remainder; kept, not used
   std::string content_;
   bool pre_formatted_ = false;
   bool diagnostic_mode_;

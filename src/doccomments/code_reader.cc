@@ -1,0 +1,105 @@
+#include "doccomments/code_reader.h"
+
+#include "doccomments/tag_block.h"
+#include "engine/fs_communicator.h"
+#include "format/code_format.h"
+#include "infra/error_handler.h"
+#include "infra/vb_runtime.h"
+
+namespace folioscope {
+
+namespace {
+
+constexpr std::string_view kCodeOpen = "<code>";
+constexpr std::string_view kCodeClose = "</code>";
+constexpr const char* kLineBreak = "<br>";
+
+void ReportMissingTag(const char* which) {
+  AddLog(std::string("F\xFCr eine vorhandene Codebeschreibung konnte kein ") + which +
+             " Code-Tag gefunden " + "werden. Die Verarbeitung wird abgebrochen.",
+         kIconFailure);
+}
+
+}  // namespace
+
+CCode::CCode() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
+
+int32_t CCode::GetCode(SourceMember& MemberContent) {
+  Trap("CCode", "GetCode", [&] {
+    content_.clear();
+    working_lines_.RemoveAll();
+    CCodeFormat format;
+    if (vb::LCase(MemberContent.Name) == "header") return;
+    doccomments::CopyCodeLines(MemberContent.CodeLines, working_lines_);
+    const int32_t b = GetCodeBegin();
+    const int32_t e = GetCodeEnd();
+    if (b > 0 && e == 0)
+      return ReportMissingTag(
+          "schlie\xDF"
+          "endes");
+    if (b == 0 && e > 0)
+      return ReportMissingTag(
+          "\xF6"
+          "ffnendes");
+    if (b == 0 && e == 0) return;
+    // The example is the lines between the tag lines, as a fragment.
+    int32_t start = vb::AddLong(b, 1);
+    int32_t end = vb::SubLong(e, 1);
+    bool full_document = false;
+    format.ExecuteMember(MemberContent, start, end, full_document);
+    if (pre_formatted_) {
+      content_ = format.FormatedCode();
+    } else {
+      GetCodeContent(b, e);
+    }
+    if (diagnostic_mode_) {
+      AddLog("***Ausgabe nur in der IDE***: Erfassung des Code-Tag f\xFCr Member " +
+                 MemberContent.Name + " erfolgreich beendet.",
+             kIconProgress);
+    }
+  });
+  working_lines_.RemoveAll();
+  return 0;
+}
+
+int32_t CCode::GetCodeBegin() { return doccomments::FindTagLine(working_lines_, kCodeOpen); }
+
+int32_t CCode::GetCodeEnd() { return doccomments::FindTagLine(working_lines_, kCodeClose); }
+
+// Joins the block b .. e of the working lines, emptying each line read. The
+// inner lines go in exactly as they stand, prefix and indent included.
+void CCode::GetCodeContent(int32_t b, int32_t e) {
+  using doccomments::TakeLine;
+  if (e == b) {
+    content_ = GetCodeBeginText(vb::Trim(TakeLine(working_lines_, b, true)));
+    content_ = vb::Trim(vb::Left(
+        content_, static_cast<int64_t>(content_.size()) - static_cast<int64_t>(kCodeClose.size())));
+    return;
+  }
+  if (e == vb::AddLong(b, 1)) {
+    content_ = GetCodeBeginText(vb::Trim(TakeLine(working_lines_, b, true)));
+    content_ += " ";
+    content_ += GetCodeEndText(vb::Trim(TakeLine(working_lines_, e, true)));
+    return;
+  }
+  content_ = GetCodeBeginText(vb::Trim(TakeLine(working_lines_, b, true)));
+  content_ += kLineBreak;
+  for (int64_t i = int64_t{b} + 1; i <= int64_t{e} - 1; ++i) {
+    content_ += TakeLine(working_lines_, static_cast<int32_t>(i), true);
+    content_ += kLineBreak;
+  }
+  content_ += GetCodeEndText(vb::Trim(TakeLine(working_lines_, e, true)));
+  content_ += kLineBreak;
+}
+
+// Everything behind "<code>" up to and including the first ">" is cut off,
+// so code written on the opening line itself is dropped.
+std::string CCode::GetCodeBeginText(const std::string& line) {
+  return doccomments::TextBehindTagEnd(line, kCodeOpen, &tag_inner_);
+}
+
+std::string CCode::GetCodeEndText(const std::string& line) {
+  return doccomments::TextBeforeTag(line, kCodeClose);
+}
+
+}  // namespace folioscope
