@@ -21,15 +21,18 @@ std::string WithoutBlanks(std::string_view s) {
 
 }  // namespace
 
+// The prefix test of vb::Trim(line) without building the trimmed copy: the
+// scans make it for every line, and most lines are no doc lines.
 bool IsDocumentationLine(std::string_view line) {
-  return vb::InStr(vb::Trim(line), kDocPrefix) == 1;
+  size_t first = line.find_first_not_of(' ');
+  return first != std::string_view::npos && line.substr(first, kDocPrefix.size()) == kDocPrefix;
 }
 
 int32_t FindTagLine(vb::Dictionary& lines, std::string_view tag) {
   const int32_t n = lines.Count();
   for (int32_t i = 0; i < n; ++i) {
     const std::string& line = lines.Item(i);
-    if (vb::InStr(vb::LCase(line), tag) > 0 && IsDocumentationLine(line)) return i;
+    if (IsDocumentationLine(line) && vb::InStr(vb::LCase(line), tag) > 0) return i;
   }
   return 0;
 }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -240,6 +241,22 @@ TEST_F(CodeFormat, EditedKeywordFileIsUsedAsItStands) {
   EXPECT_EQ(ReadAll(app_ / "sfn.dat").substr(0, 12), "Alias\r\nAnd\r\n");
   EXPECT_EQ(ConvertLine(restored, "Foo Dim"), " Foo " + Kw("Dim") + "<BR>");
   EXPECT_EQ(FaultsReported(), 0);
+}
+
+TEST_F(CodeFormat, LongLinesStayLinear) {
+  // Apostrophes inside a string: each one needs the quote count in front of
+  // it, which must not be recounted from the start of the line.
+  std::string line = "x = \"";
+  for (int i = 0; i < 200000; ++i) line += "a' ";
+  line += "\" ' end";
+  CCodeFormat format;
+  auto started = std::chrono::steady_clock::now();
+  std::string html = ConvertLine(format, line);
+  auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
+  EXPECT_LT(seconds, 5.0);
+  const std::string end = "a' \"" + Comment("' end");
+  ASSERT_GT(html.size(), end.size());
+  EXPECT_EQ(html.substr(html.size() - end.size()), end);
 }
 
 }  // namespace
