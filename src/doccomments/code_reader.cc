@@ -14,6 +14,8 @@ constexpr std::string_view kCodeOpen = "<code>";
 constexpr std::string_view kCodeClose = "</code>";
 constexpr const char* kLineBreak = "<br>";
 
+// Windows-1252 texts: \xFC is u-umlaut; \337 (sharp s) and \366 (o-umlaut) are octal
+// because a hex escape would swallow the letters that follow.
 void ReportMissingTag(const char* which) {
   AddLog(std::string("F\xFCr eine vorhandene Codebeschreibung konnte kein ") + which +
              " Code-Tag gefunden " + "werden. Die Verarbeitung wird abgebrochen.",
@@ -33,14 +35,8 @@ int32_t CCode::GetCode(SourceMember& MemberContent) {
     doccomments::CopyCodeLines(MemberContent.CodeLines, working_lines_);
     const int32_t b = GetCodeBegin();
     const int32_t e = GetCodeEnd();
-    if (b > 0 && e == 0)
-      return ReportMissingTag(
-          "schlie\xDF"
-          "endes");
-    if (b == 0 && e > 0)
-      return ReportMissingTag(
-          "\xF6"
-          "ffnendes");
+    if (b > 0 && e == 0) return ReportMissingTag("schlie\337endes");
+    if (b == 0 && e > 0) return ReportMissingTag("\366ffnendes");
     if (b == 0 && e == 0) return;
     // The example is the lines between the tag lines, as a fragment.
     int32_t start = vb::AddLong(b, 1);

@@ -77,15 +77,10 @@ TEST_F(CodeReader, MissingTagsHeaderAndDiagnostics) {
   };
   const Case cases[] = {
       {{"'/// <code>", "x", "y"},
-       {{"F\xFCr eine vorhandene Codebeschreibung konnte kein schlie\xDF"
-         "endes" +
-             tail,
+       {{"F\xFCr eine vorhandene Codebeschreibung konnte kein schlie\337endes" + tail,
          kIconFailure}}},
       {{"'/// </code>", "x", "y"},
-       {{"F\xFCr eine vorhandene Codebeschreibung konnte kein \xF6"
-         "ffnendes" +
-             tail,
-         kIconFailure}}},
+       {{"F\xFCr eine vorhandene Codebeschreibung konnte kein \366ffnendes" + tail, kIconFailure}}},
   };
   for (const Case& c : cases) {
     recorder_.messages.clear();

@@ -12,6 +12,8 @@ namespace {
 constexpr std::string_view kParamOpen = "<param name";
 constexpr std::string_view kParamClose = "</param>";
 
+// Windows-1252 texts: \xFC is u-umlaut; \337 (sharp s) and \366 (o-umlaut) are octal
+// because a hex escape would swallow the letters that follow.
 void ReportMissingTag(const char* which) {
   AddLog(std::string("F\xFCr eine vorhandene Parameterbeschreibung konnte kein ") + which +
              " Param-Tag gefunden " + "werden. Die Verarbeitung wird abgebrochen.",
@@ -33,14 +35,8 @@ int32_t CParam::GetParam(SourceMember& MemberContent) {
       int32_t e = GetParamEnd();
       if (b >= 1 && e >= 1) GetParamContent(b, e);
       if (b == 0 && e == 0) return;
-      if (b > 0 && e == 0)
-        return ReportMissingTag(
-            "schlie\xDF"
-            "endes");
-      if (b == 0 && e > 0)
-        return ReportMissingTag(
-            "\xF6"
-            "ffnendes");
+      if (b > 0 && e == 0) return ReportMissingTag("schlie\337endes");
+      if (b == 0 && e > 0) return ReportMissingTag("\366ffnendes");
       // A block whose opening tag never named a parameter is skipped; its
       // lines are already consumed.
       if (parameter_name_.empty()) continue;

@@ -90,13 +90,9 @@ TEST_F(ParamReader, MissingTagStopsTheCallWithAMessage) {
   };
   const Case cases[] = {
       {{"'/// <param name=\"a\">A</param>", "'/// <param name=\"b\">open", "x", "y"},
-       "F\xFCr eine vorhandene Parameterbeschreibung konnte kein schlie\xDF"
-       "endes" +
-           tail},
+       "F\xFCr eine vorhandene Parameterbeschreibung konnte kein schlie\337endes" + tail},
       {{"'/// <param name=\"a\">A</param>", "'/// close</param>", "x", "y"},
-       "F\xFCr eine vorhandene Parameterbeschreibung konnte kein \xF6"
-       "ffnendes" +
-           tail},
+       "F\xFCr eine vorhandene Parameterbeschreibung konnte kein \366ffnendes" + tail},
   };
   for (const Case& c : cases) {
     recorder_.messages.clear();

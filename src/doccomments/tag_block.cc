@@ -93,6 +93,8 @@ void CopyCodeLines(vb::Dictionary& from, vb::Dictionary& to) {
   for (int32_t i = 1; i <= n; ++i) to.Add(i, from.Item(i));
 }
 
+// Windows-1252 texts: \xFC is u-umlaut; \337 (sharp s) and \366 (o-umlaut) are octal
+// because a hex escape would swallow the letters that follow.
 void ReportBlockScan(const TagPair& tags, const std::string& member_name, int32_t b, int32_t e,
                      bool diagnostic_mode) {
   const std::string word(tags.word);
@@ -102,17 +104,13 @@ void ReportBlockScan(const TagPair& tags, const std::string& member_name, int32_
            kIconProgress);
   }
   if (b > 0 && e == 0) {
-    AddLog("F\xFCr Member " + member_name +
-               " konnte kein schlie\xDF"
-               "endes " +
-               " " + word + "-Tag gefunden werden.",
+    AddLog("F\xFCr Member " + member_name + " konnte kein schlie\337endes " + " " + word +
+               "-Tag gefunden werden.",
            kIconFailure);
   }
   if (b == 0 && e >= 1) {
-    AddLog("F\xFCr Member " + member_name +
-               " konnte kein \xF6"
-               "ffnendes " +
-               " " + word + "-Tag gefunden werden.",
+    AddLog("F\xFCr Member " + member_name + " konnte kein \366ffnendes " + " " + word +
+               "-Tag gefunden werden.",
            kIconFailure);
   }
 }

@@ -14,11 +14,9 @@ using Lines = std::vector<std::string>;
 class TagReaders : public testing_support::ReaderTest {};
 
 const char kNoClosingSummary[] =
-    "F\xFCr Member DoIt konnte kein schlie\xDF"
-    "endes  Summary-Tag gefunden werden.";
+    "F\xFCr Member DoIt konnte kein schlie\337endes  Summary-Tag gefunden werden.";
 const char kNoOpeningSummary[] =
-    "F\xFCr Member DoIt konnte kein \xF6"
-    "ffnendes  Summary-Tag gefunden werden.";
+    "F\xFCr Member DoIt konnte kein \366ffnendes  Summary-Tag gefunden werden.";
 
 TEST_F(TagReaders, SummaryContentFromBlockShapes) {
   struct Case {
@@ -120,12 +118,12 @@ TEST_F(TagReaders, RemarksAndReturnsNameTheirTag) {
   remarks.GetRemarks(*m);
   CReturns returns;
   returns.GetReturns(*m);
-  EXPECT_EQ(Messages(), (std::vector<LoggedMessage>{{"F\xFCr Member Calc konnte kein schlie\xDF"
-                                                     "endes  Remarks-Tag gefunden werden.",
-                                                     kIconFailure},
-                                                    {"F\xFCr Member Calc konnte kein schlie\xDF"
-                                                     "endes  Returns-Tag gefunden werden.",
-                                                     kIconFailure}}));
+  EXPECT_EQ(Messages(),
+            (std::vector<LoggedMessage>{
+                {"F\xFCr Member Calc konnte kein schlie\337endes  Remarks-Tag gefunden werden.",
+                 kIconFailure},
+                {"F\xFCr Member Calc konnte kein schlie\337endes  Returns-Tag gefunden werden.",
+                 kIconFailure}}));
 }
 
 TEST_F(TagReaders, ReturnsOnlyForFunctionsAndProperties) {
