@@ -1,0 +1,183 @@
+#include "chm/help_compiler.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "infra/file_system.h"
+#include "infra/vb_runtime.h"
+
+namespace folioscope {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsExecutableFile(const std::string& path) {
+  std::error_code ec;
+  return fs::is_regular_file(path, ec) && ::access(path.c_str(), X_OK) == 0;
+}
+
+// Lines without their line ends (CR LF or LF).
+std::vector<std::string> SplitLines(std::string_view text) {
+  std::vector<std::string> lines;
+  size_t start = 0;
+  while (start < text.size()) {
+    size_t end = text.find('\n', start);
+    if (end == std::string_view::npos) end = text.size();
+    std::string line(text.substr(start, end - start));
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(std::move(line));
+    start = end + 1;
+  }
+  return lines;
+}
+
+// "[NAME]" gives "NAME" in upper case; any other line "".
+std::string SectionName(const std::string& line) {
+  const std::string t = vb::Trim(line);
+  if (t.size() < 2 || t.front() != '[' || t.back() != ']') return "";
+  return vb::UCase(t.substr(1, t.size() - 2));
+}
+
+// The file named by an "#include NAME" line, or "".
+std::string IncludedName(const std::string& line) {
+  const std::string t = vb::Trim(line);
+  if (vb::LCase(vb::Left(t, 8)) != "#include") return "";
+  return vb::Trim(t.substr(8));
+}
+
+std::string AliasTarget(const std::string& line) {
+  const size_t eq = line.find('=');
+  if (eq == std::string::npos) return "";
+  return vb::Trim(line.substr(eq + 1));
+}
+
+bool ListedIn(const std::vector<std::string>& files, const std::string& name) {
+  for (const std::string& f : files) {
+    if (vb::LCase(f) == vb::LCase(name)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string FindHelpCompiler() {
+  const char* configured = std::getenv("FOLIOSCOPE_HHC");
+  const std::string program =
+      (configured != nullptr && *configured != '\0') ? configured : "chmcmd";
+  if (program.find('/') != std::string::npos) return IsExecutableFile(program) ? program : "";
+  const char* path = std::getenv("PATH");
+  for (const std::string& dir : vb::Split(path != nullptr ? path : "", ":")) {
+    const std::string candidate = (dir.empty() ? std::string(".") : dir) + "/" + program;
+    if (IsExecutableFile(candidate)) return candidate;
+  }
+  return "";
+}
+
+std::string ResolveFileName(const std::string& folder, const std::string& name) {
+  std::error_code ec;
+  if (fs::exists(fs::path(folder) / name, ec)) return name;
+  for (const auto& entry : fs::directory_iterator(folder, ec)) {
+    const std::string candidate = entry.path().filename().string();
+    if (vb::LCase(candidate) == vb::LCase(name)) return candidate;
+  }
+  return name;
+}
+
+std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
+  std::vector<std::string> out;
+  std::vector<std::string> listed;
+  std::vector<std::string> targets;
+  size_t files_header = std::string::npos;
+  std::string section;
+  for (const std::string& line : SplitLines(hhp)) {
+    const std::string name = SectionName(line);
+    if (!name.empty()) section = name;
+    const std::string included = IncludedName(line);
+    if ((section == "ALIAS" || section == "MAP") && !included.empty()) {
+      const std::string path = folder + "/" + ResolveFileName(folder, NativePath(included));
+      std::error_code ec;
+      if (!fs::exists(path, ec)) continue;
+      for (const std::string& inner : SplitLines(ReadFileText(path))) {
+        if (section == "ALIAS" && !AliasTarget(inner).empty()) {
+          targets.push_back(AliasTarget(inner));
+        }
+        out.push_back(inner);
+      }
+      continue;
+    }
+    if (section == "FILES" && name.empty() && !vb::Trim(line).empty()) {
+      listed.push_back(vb::Trim(line));
+    }
+    if (section == "ALIAS" && name.empty() && !AliasTarget(line).empty()) {
+      targets.push_back(AliasTarget(line));
+    }
+    if (name == "FILES" && files_header == std::string::npos) files_header = out.size();
+    out.push_back(line);
+  }
+  std::vector<std::string> missing;
+  for (const std::string& target : targets) {
+    if (!ListedIn(listed, target) && !ListedIn(missing, target)) missing.push_back(target);
+  }
+  if (!missing.empty()) {
+    if (files_header == std::string::npos) {
+      out.push_back("[FILES]");
+      files_header = out.size() - 1;
+    }
+    out.insert(out.begin() + static_cast<std::ptrdiff_t>(files_header) + 1, missing.begin(),
+               missing.end());
+  }
+  std::string text;
+  for (const std::string& line : out) text += line + "\r\n";
+  return text;
+}
+
+bool WildcardMatch(std::string_view name, std::string_view pattern) {
+  // Iterative matcher with one backtracking point for the last '*'.
+  size_t n = 0, p = 0, star = std::string_view::npos, mark = 0;
+  auto lower = [](char c) { return vb::LCase(std::string(1, c))[0]; };
+  while (n < name.size()) {
+    if (p < pattern.size() && (pattern[p] == '?' || lower(pattern[p]) == lower(name[n]))) {
+      ++n;
+      ++p;
+    } else if (p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      mark = n;
+    } else if (star != std::string_view::npos) {
+      p = star + 1;
+      n = ++mark;
+    } else {
+      return false;
+    }
+  }
+  while (p < pattern.size() && pattern[p] == '*') ++p;
+  return p == pattern.size();
+}
+
+void DeleteMatchingFiles(const std::string& folder, std::string_view pattern) {
+  std::error_code ec;
+  std::vector<fs::path> doomed;
+  for (const auto& entry : fs::directory_iterator(NativePath(folder), ec)) {
+    if (!entry.is_regular_file(ec)) continue;
+    if (WildcardMatch(entry.path().filename().string(), pattern)) doomed.push_back(entry.path());
+  }
+  for (const fs::path& path : doomed) fs::remove(path, ec);
+}
+
+std::string ShellQuote(std::string_view text) {
+  std::string quoted = "'";
+  for (char c : text) {
+    if (c == '\'') {
+      quoted += "'\\''";
+    } else {
+      quoted += c;
+    }
+  }
+  return quoted + "'";
+}
+
+}  // namespace folioscope

@@ -1,0 +1,58 @@
+// Help topics: the pages of a help file that can be opened by a context
+// number, and the lines that tie number, symbol and page together in the
+// help project's header files.
+//
+// A topic is a member page listed by its module page (the scope switches
+// decide which members are listed; "Header" has no scope and never is).
+// Its symbol and its page name share one text, module & "_" & member with
+// every blank made "_", so that the map symbol and the alias symbol name the
+// same topic. Members whose context number is below 1 are not topics.
+#ifndef FOLIOSCOPE_CHM_HELP_TOPICS_H_
+#define FOLIOSCOPE_CHM_HELP_TOPICS_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "model/source_model.h"
+
+namespace folioscope {
+
+// Which member scopes the module pages list (each switch on when its setting
+// is exactly 1).
+struct ListedScopes {
+  bool public_members = false;
+  bool friend_members = false;
+  bool private_members = false;
+};
+
+struct HelpTopic {
+  std::string module_part;  // module name, blanks made "_"
+  std::string member_part;  // member name, blanks made "_"
+  int32_t context = 0;      // 1 or more
+};
+
+// Page file names of the page builders.
+std::string ModulePageFileName(const std::string& module_name);
+std::string MemberPageFileName(const std::string& module_name, const std::string& member_name);
+
+// True when a module page lists a member of this scope text.
+bool IsListed(const std::string& scope, const ListedScopes& scopes);
+
+// Topics in walk order: modules in project order, members in source order.
+std::vector<HelpTopic> ProjectTopics(const SourceProject& project, const ListedScopes& scopes);
+std::vector<HelpTopic> ModuleTopics(const SourceModule& module, const ListedScopes& scopes);
+// The one member of a single-member save, listed or not; empty when its
+// context number is below 1.
+std::vector<HelpTopic> MemberTopic(const std::string& module_name, const SourceMember& member);
+
+// "#define " P1 "_" P2 "  " number CR LF, with P1 = module part and
+// P2 = member part.
+std::string MapLine(const HelpTopic& topic);
+// P1 P3 " = " P4 "_" P5 ".htm" CR LF, with P3 = "_" & member part,
+// P4 = module part, P5 = member part.
+std::string AliasLine(const HelpTopic& topic);
+
+}  // namespace folioscope
+
+#endif  // FOLIOSCOPE_CHM_HELP_TOPICS_H_
