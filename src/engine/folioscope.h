@@ -61,6 +61,8 @@ class CFolioscope {
  private:
   // Tests drive the private page writers and the help-file state directly.
   friend class CFolioscopeTestPeer;
+  // Tests of the help project reach its writers and working texts.
+  friend class CFolioscopeChmPeer;
 
   // engine/folioscope.cc
   void CheckOfReady();
