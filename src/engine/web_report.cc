@@ -1,15 +1,11 @@
 // The web report driver: SaveReport prepares the output folder, copies the
 // report set's resource files next to the pages (WriteFileRessources) and
 // calls the page writers for the whole project, one module or one member.
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <system_error>
 
-#ifndef _WIN32
-#include <unistd.h>
-#endif
-
+#include "chm/help_compiler.h"
 #include "engine/folioscope.h"
 #include "engine/fs_communicator.h"
 #include "engine/object_required.h"
@@ -56,26 +52,6 @@ void MakeFolder(const std::string& path) {
   if (!parent.empty() && !fs::is_directory(parent)) vb::Raise(vb::kPathNotFound);
   vb::Raise(vb::kPathFileAccessError);
 }
-
-#ifndef _WIN32
-bool IsExecutableFile(const std::string& path) {
-  std::error_code ec;
-  return std::filesystem::is_regular_file(path, ec) && ::access(path.c_str(), X_OK) == 0;
-}
-
-// The help compiler on this platform is chmcmd: the program named by
-// $FOLIOSCOPE_HHC, else "chmcmd" on PATH. True when it can be run.
-bool HelpCompilerAvailable() {
-  const char* configured = std::getenv("FOLIOSCOPE_HHC");
-  std::string program = (configured != nullptr && *configured != '\0') ? configured : "chmcmd";
-  if (program.find('/') != std::string::npos) return IsExecutableFile(program);
-  const char* path = std::getenv("PATH");
-  for (const std::string& dir : vb::Split(path != nullptr ? path : "", ":")) {
-    if (IsExecutableFile((dir.empty() ? std::string(".") : dir) + "/" + program)) return true;
-  }
-  return false;
-}
-#endif
 
 }  // namespace
 
@@ -155,7 +131,7 @@ int32_t CFolioscope::WriteFileRessources() {
       }
 #else
       // chmcmd runs from where it is installed; nothing is copied.
-      if (!HelpCompilerAvailable()) {
+      if (FindHelpCompiler().empty()) {
         AddLog(kMissingCompilerMessage, kIconFailure);
         CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
                                      "Quillon");
