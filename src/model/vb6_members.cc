@@ -1,0 +1,201 @@
+#include "model/vb6_members.h"
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "infra/vb_runtime.h"
+#include "model/vb6_declaration.h"
+
+namespace folioscope {
+namespace {
+
+// A statement of interest: its first and last physical code line (0-based).
+struct Declaration {
+  ParsedStatement parsed;
+  size_t first = 0;
+  size_t last = 0;
+  size_t end = 0;  // procedures: index of the End line
+  bool has_end = false;
+};
+
+bool EndsWithContinuation(const std::string& line) {
+  const std::string trimmed = vb::RTrim(line);
+  return trimmed == "_" ||
+         (trimmed.size() >= 2 && trimmed.back() == '_' &&
+          (trimmed[trimmed.size() - 2] == ' ' || trimmed[trimmed.size() - 2] == '\t'));
+}
+
+bool IsCommentLine(const std::string& line) {
+  const std::string code = vb::Trim(line);
+  if (code.empty()) return false;
+  return StripComment(code).empty();
+}
+
+struct ModuleScan {
+  std::vector<Declaration> declarations;  // procedures and events in order
+  size_t header_lines = 0;                // lines 1..header_lines form Header
+};
+
+ModuleScan ScanStatements(const std::vector<CodeLine>& lines, const std::string& file_path,
+                          Diagnostics* diagnostics) {
+  ModuleScan scan;
+  Declaration* open = nullptr;  // the procedure whose End is still to come
+  bool seen_procedure = false;
+  size_t i = 0;
+  while (i < lines.size()) {
+    const size_t first = i;
+    std::string statement = lines[i].text;
+    while (EndsWithContinuation(statement) && i + 1 < lines.size()) {
+      statement = vb::RTrim(statement);
+      statement.pop_back();
+      statement += " " + vb::Trim(lines[++i].text);
+    }
+    const size_t last = i++;
+    ParsedStatement parsed = ParseStatement(statement);
+    switch (parsed.kind) {
+      case StatementKind::kProcedure:
+        if (open != nullptr) {
+          diagnostics->push_back({file_path, lines[first].file_line, DiagnosticSeverity::kWarning,
+                                  "Prozedurende fehlt vor dieser Zeile."});
+          open->end = first - 1;
+          open->has_end = true;
+        }
+        scan.declarations.push_back({std::move(parsed), first, last, 0, false});
+        open = &scan.declarations.back();
+        seen_procedure = true;
+        break;
+      case StatementKind::kEvent:
+        if (!seen_procedure) scan.header_lines = last + 1;
+        if (open == nullptr)
+          scan.declarations.push_back({std::move(parsed), first, last, 0, false});
+        break;
+      case StatementKind::kProcedureEnd:
+        if (open != nullptr) {
+          open->end = last;
+          open->has_end = true;
+          open = nullptr;
+        }
+        break;
+      case StatementKind::kOther:
+        if (!seen_procedure) scan.header_lines = last + 1;
+        break;
+      case StatementKind::kBlank:
+        break;
+    }
+  }
+  if (!seen_procedure) scan.header_lines = lines.size();
+  return scan;
+}
+
+void CopyLines(const std::vector<CodeLine>& lines, size_t first, size_t count,
+               SourceMember* member) {
+  member->FirstLine = static_cast<int32_t>(first + 1);
+  member->LineCount = static_cast<int32_t>(count);
+  for (size_t k = 0; k < count; ++k) {
+    member->CodeLines.Add(static_cast<int32_t>(k + 1), lines[first + k].text);
+  }
+}
+
+void AddParameters(const ParsedStatement& parsed, SourceMember* member) {
+  for (const ParsedParameter& p : parsed.parameters) {
+    auto parameter = std::make_unique<SourceParameter>();
+    parameter->Name = p.name;
+    parameter->Type = p.type;
+    parameter->Passing = p.passing;
+    parameter->Optional = p.optional;
+    parameter->ParamArray = p.param_array;
+    parameter->HasDefault = p.has_default;
+    parameter->Default = p.default_value;
+    const bool keyed = !p.name.empty() && !member->Parameters.Exists(p.name);
+    member->Parameters.Add(std::move(parameter), keyed ? p.name : "");
+  }
+}
+
+// The first line of an Event member: the comment lines directly above it.
+size_t EventFirstLine(const std::vector<CodeLine>& lines, size_t declaration) {
+  size_t first = declaration;
+  while (first > 0 && IsCommentLine(lines[first - 1].text)) --first;
+  return first;
+}
+
+std::unique_ptr<SourceMember> MakeMember(const Declaration& d, const ModuleFile& file) {
+  auto member = std::make_unique<SourceMember>();
+  const ParsedStatement& p = d.parsed;
+  member->Name = p.property_form + p.name;
+  member->PropertyForm = p.property_form;
+  member->Kind = p.keyword == "Event" ? "OutEvent" : p.keyword;
+  member->Scope = p.scope;
+  member->ReturnType = p.return_type;
+  auto attributes = file.procedure_attributes.find(vb::LCase(p.name));
+  if (attributes != file.procedure_attributes.end()) {
+    member->Description = attributes->second.description;
+    member->HelpContextId = attributes->second.help_context_id;
+  }
+  AddParameters(p, member.get());
+  return member;
+}
+
+}  // namespace
+
+void BuildModuleCode(const ModuleFile& file, const std::string& file_path, SourceModule* module,
+                     Diagnostics* diagnostics) {
+  const std::vector<CodeLine>& lines = file.code_lines;
+  for (size_t k = 0; k < lines.size(); ++k) {
+    module->CodeLines.Add(static_cast<int32_t>(k + 1), lines[k].text);
+  }
+  ModuleScan scan = ScanStatements(lines, file_path, diagnostics);
+
+  auto header = std::make_unique<SourceMember>();
+  header->Name = "Header";
+  CopyLines(lines, 0, scan.header_lines, header.get());
+  module->Members.Add(std::move(header), "Header");
+
+  // Procedure ranges: each starts after the previous one's End.
+  size_t next_start = scan.header_lines;
+  std::vector<size_t> procedure_indexes;
+  for (size_t k = 0; k < scan.declarations.size(); ++k) {
+    if (scan.declarations[k].parsed.kind == StatementKind::kProcedure)
+      procedure_indexes.push_back(k);
+  }
+  for (const Declaration& d : scan.declarations) {
+    const ParsedStatement& p = d.parsed;
+    const int32_t file_line = lines[d.first].file_line;
+    size_t first = 0;
+    size_t last = 0;
+    if (p.kind == StatementKind::kEvent) {
+      first = EventFirstLine(lines, d.first);
+      last = d.last;
+    } else {
+      first = next_start;
+      const bool is_last = &d == &scan.declarations[procedure_indexes.back()];
+      last = is_last ? lines.size() - 1 : d.end;
+      if (!d.has_end) {
+        diagnostics->push_back(
+            {file_path, file_line, DiagnosticSeverity::kWarning, "Prozedurende fehlt: " + p.name});
+      }
+      next_start = last + 1;
+    }
+    if (p.malformed) {
+      diagnostics->push_back(
+          {file_path, file_line, DiagnosticSeverity::kWarning,
+           "Deklaration nicht vollst\xE4ndig lesbar: " + vb::Trim(lines[d.first].text)});
+    }
+    if (!IsValidIdentifier(p.name)) {
+      diagnostics->push_back({file_path, file_line, DiagnosticSeverity::kError,
+                              "Ung\xFCltiger Name eines Members: \"" + p.name + "\""});
+      continue;
+    }
+    auto member = MakeMember(d, file);
+    if (module->Members.Exists(member->Name)) {
+      diagnostics->push_back({file_path, file_line, DiagnosticSeverity::kError,
+                              "Member doppelt vorhanden: " + member->Name});
+      continue;
+    }
+    CopyLines(lines, first, last + 1 - first, member.get());
+    const std::string key = member->Name;
+    module->Members.Add(std::move(member), key);
+  }
+}
+
+}  // namespace folioscope

@@ -1,0 +1,224 @@
+#include "model/vb6_reader.h"
+
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "infra/file_system.h"
+#include "infra/vb_runtime.h"
+#include "model/vb6_declaration.h"
+#include "model/vb6_members.h"
+#include "model/vb6_module_file.h"
+
+namespace folioscope {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A module line of the .vbp.
+struct ProjectEntry {
+  std::string kind;           // component kind text
+  std::string name;           // name written before ';', else empty
+  std::string relative_path;  // as written
+  int32_t line = 0;
+};
+
+struct ProjectFile {
+  std::string name;
+  std::string major = "0";
+  std::string minor = "0";
+  std::string revision = "0";
+  std::vector<ProjectEntry> entries;
+};
+
+// The .vbp keys that list modules, with the kind text of their components.
+const char* ModuleKind(const std::string& upper_key) {
+  static const char* const kKinds[][2] = {
+      {"FORM", "Form"},
+      {"MODULE", "Module"},
+      {"CLASS", "Class"},
+      {"USERCONTROL", "UserControl"},
+      {"PROPERTYPAGE", "PropertyPage"},
+      {"DESIGNER", "Designer"},
+      {"USERDOCUMENT", "UserDocument"},
+  };
+  for (const auto& kind : kKinds) {
+    if (upper_key == kind[0]) return kind[1];
+  }
+  return nullptr;
+}
+
+std::string Unquote(const std::string& value) {
+  if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
+    return value.substr(1, value.size() - 2);
+  }
+  return value;
+}
+
+std::string VersionPart(const std::string& value) {
+  double number = 0;
+  if (!vb::IsNumeric(value, &number) || number < 0 || number > 2147483647.0) return "0";
+  return vb::CStr(static_cast<int64_t>(number));
+}
+
+ProjectFile ParseProjectFile(const std::string& bytes) {
+  ProjectFile project;
+  int32_t line_number = 0;
+  for (const std::string& raw : PhysicalLines(bytes)) {
+    ++line_number;
+    const std::string line = vb::Trim(raw);
+    if (!line.empty() && line.front() == '[') break;  // add-in sections follow
+    const size_t equals = line.find('=');
+    if (equals == std::string::npos) continue;
+    const std::string key = vb::UCase(vb::Trim(line.substr(0, equals)));
+    const std::string value = vb::Trim(line.substr(equals + 1));
+    if (key == "NAME") {
+      project.name = Unquote(value);
+    } else if (key == "MAJORVER") {
+      project.major = VersionPart(value);
+    } else if (key == "MINORVER") {
+      project.minor = VersionPart(value);
+    } else if (key == "REVISIONVER") {
+      project.revision = VersionPart(value);
+    } else if (const char* kind = ModuleKind(key)) {
+      ProjectEntry entry{kind, "", value, line_number};
+      const size_t semicolon = value.find(';');
+      if (semicolon != std::string::npos) {
+        entry.name = vb::Trim(value.substr(0, semicolon));
+        entry.relative_path = vb::Trim(value.substr(semicolon + 1));
+      }
+      project.entries.push_back(entry);
+    }
+  }
+  return project;
+}
+
+// "sub\\Name.cls" -> "Name".
+std::string FileStem(const std::string& relative_path) {
+  std::string native = relative_path;
+  vb::ReplaceAll(native, "\\", "/");
+  return fs::path(native).stem().string();
+}
+
+bool ReadBytes(const std::string& path, std::string* bytes) {
+  std::error_code error;
+  if (!fs::is_regular_file(path, error)) return false;
+  try {
+    *bytes = ReadFileText(path);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+std::string FolderOf(const std::string& path) {
+  const fs::path parent = fs::path(path).parent_path();
+  return parent.empty() ? std::string(".") : parent.string();
+}
+
+}  // namespace
+
+std::string ReaderDiagnostic::ToText() const {
+  const char* level = severity == DiagnosticSeverity::kError ? "error" : "warning";
+  const std::string where = line > 0 ? file + "(" + vb::CStr(line) + ")" : file;
+  return where + ": " + level + ": " + text;
+}
+
+std::string ResolvePathCaseInsensitively(const std::string& folder, const std::string& path) {
+  std::string native = path;
+  vb::ReplaceAll(native, "\\", "/");
+  fs::path resolved = (!native.empty() && native.front() == '/') ? fs::path("/") : fs::path(folder);
+  std::error_code error;
+  for (const std::string& part : vb::Split(native, "/")) {
+    if (part.empty() || part == ".") continue;
+    fs::path candidate = resolved / part;
+    if (part != ".." && !fs::exists(candidate, error)) {
+      const std::string wanted = vb::LCase(part);
+      for (fs::directory_iterator it(resolved, error), end; !error && it != end;
+           it.increment(error)) {
+        if (vb::LCase(it->path().filename().string()) == wanted) {
+          candidate = it->path();
+          break;
+        }
+      }
+    }
+    resolved = candidate;
+  }
+  return resolved.string();
+}
+
+ModuleReadResult ReadModuleFile(const std::string& path, const std::string& kind,
+                                const std::string& name) {
+  (void)kind;  // every kind shares one layout: hidden header, then code
+  ModuleReadResult result;
+  std::string bytes;
+  if (!ReadBytes(path, &bytes)) {
+    result.diagnostics.push_back(
+        {path, 0, DiagnosticSeverity::kError, "Datei kann nicht gelesen werden."});
+    return result;
+  }
+  const ModuleFile file = SplitModuleFile(bytes);
+  result.vb_name = file.vb_name;
+  auto module = std::make_unique<SourceModule>();
+  module->Name = file.vb_name.empty() ? name : file.vb_name;
+  if (module->Name.empty()) module->Name = FileStem(path);
+  if (!IsValidIdentifier(module->Name)) {
+    result.diagnostics.push_back(
+        {path, 0, DiagnosticSeverity::kError, "Ung\xFCltiger Modulname: \"" + module->Name + "\""});
+    return result;
+  }
+  module->Description = file.description;
+  module->HelpContextId = file.help_context_id;
+  BuildModuleCode(file, path, module.get(), &result.diagnostics);
+  result.module = std::move(module);
+  return result;
+}
+
+ProjectReadResult ReadProject(const std::string& path) {
+  ProjectReadResult result;
+  std::string bytes;
+  if (!ReadBytes(path, &bytes)) {
+    result.diagnostics.push_back(
+        {path, 0, DiagnosticSeverity::kError, "Projektdatei kann nicht gelesen werden."});
+    return result;
+  }
+  const ProjectFile file = ParseProjectFile(bytes);
+  auto project = std::make_unique<SourceProject>();
+  project->Name = file.name;
+  project->Version = file.major + "." + file.minor + "." + file.revision;
+  project->FilePath = path;
+  const std::string folder = FolderOf(path);
+  for (const ProjectEntry& entry : file.entries) {
+    const std::string full_path = ResolvePathCaseInsensitively(folder, entry.relative_path);
+    std::error_code error;
+    if (!fs::is_regular_file(full_path, error)) {
+      result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kWarning,
+                                    "Moduldatei nicht gefunden, \xFC"
+                                    "bersprungen: " +
+                                        entry.relative_path});
+      continue;
+    }
+    const std::string fallback = entry.name.empty() ? FileStem(entry.relative_path) : entry.name;
+    ModuleReadResult read = ReadModuleFile(full_path, entry.kind, fallback);
+    result.diagnostics.insert(result.diagnostics.end(), read.diagnostics.begin(),
+                              read.diagnostics.end());
+    if (!read.module) continue;
+    const std::string module_name = read.module->Name;
+    if (project->Modules.Exists(module_name)) {
+      result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kError,
+                                    "Modul doppelt vorhanden: " + module_name});
+      continue;
+    }
+    auto component = std::make_unique<SourceComponent>();
+    component->Name = module_name;
+    component->Kind = entry.kind;
+    component->RelativePath = entry.relative_path;
+    component->FilePath = full_path;
+    project->Components.Add(std::move(component), module_name);
+    project->Modules.Add(std::move(read.module), module_name);
+  }
+  result.project = std::move(project);
+  return result;
+}
+
+}  // namespace folioscope
