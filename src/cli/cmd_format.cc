@@ -15,6 +15,7 @@
 #include "infra/file_system.h"
 #include "infra/vb_runtime.h"
 #include "model/source_model.h"
+#include "model/vb6_module_file.h"
 
 namespace folioscope {
 namespace {
@@ -26,53 +27,11 @@ struct FormatOptions {
   bool fragment = false;
 };
 
-bool StartsWithWord(std::string_view upper_line, std::string_view word) {
-  return upper_line == word ||
-         (upper_line.size() > word.size() && upper_line.substr(0, word.size()) == word &&
-          upper_line[word.size()] == ' ');
-}
-
-// "Object = {...}#2.0#0; "x.ocx"" and "Object={...}" name controls a form uses.
-bool IsObjectLine(const std::string& upper_line) {
-  return upper_line.rfind("OBJECT", 0) == 0 && vb::LTrim(upper_line.substr(6)).rfind('=', 0) == 0;
-}
-
-// The physical lines of a file: CR LF or LF ends a line; a last line without
-// an end counts.
-std::vector<std::string> PhysicalLines(const std::string& text) {
-  std::vector<std::string> lines = vb::Split(text, "\n");
-  if (!lines.empty() && lines.back().empty()) lines.pop_back();
-  for (auto& line : lines) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-  }
-  return lines;
-}
-
-// The module's code lines, keyed 1..n, as the IDE shows them: the VERSION
-// line, Object= lines and the Begin ... End blocks at the top of the file are
-// hidden, and so is every Attribute line.
+// The module's code lines, keyed 1..n, as the source model shows them.
 void ReadModuleCodeLines(const std::string& path, vb::Dictionary& code_lines) {
-  bool in_header = true;
-  int depth = 0;
+  ModuleFile file = SplitModuleFile(ReadFileText(NativePath(path)));
   int32_t key = 0;
-  for (const std::string& line : PhysicalLines(ReadFileText(NativePath(path)))) {
-    const std::string upper = vb::UCase(vb::Trim(line));
-    if (StartsWithWord(upper, "ATTRIBUTE")) continue;
-    if (in_header) {
-      if (depth > 0) {
-        if (StartsWithWord(upper, "BEGIN")) ++depth;
-        if (upper == "END") --depth;
-        continue;
-      }
-      if (StartsWithWord(upper, "VERSION") || IsObjectLine(upper)) continue;
-      if (StartsWithWord(upper, "BEGIN")) {
-        depth = 1;
-        continue;
-      }
-      in_header = false;
-    }
-    code_lines.Add(++key, line);
-  }
+  for (const CodeLine& line : file.code_lines) code_lines.Add(++key, line.text);
 }
 
 void RunFormat(Host& host, const FormatOptions& options) {
