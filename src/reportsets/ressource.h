@@ -9,6 +9,7 @@
 #include <string>
 
 #include "infra/dictionary.h"
+#include "reportsets/winapi_crypt.h"
 
 namespace folioscope {
 
@@ -58,6 +59,14 @@ class CRessource {
   // Load order: File5, File4, File6, File7, File8, File28, File9, File1,
   // File2, File11, File12, File3, File10, File13 .. File27.
   std::string t_[28];
+  bool GetRessourceFileNames();
+  bool GetRessourceContents();
+  bool GetRessourceDescription();
+
+  std::string report_path_;
+  std::string report_language_;
+  vb::Dictionary file_names_;  // "File1" .. "File28" -> name below Res
+  CWinAPICrypt crypt_;
   vb::Dictionary place_holder_;
   vb::Dictionary specific_language_;
   int32_t placeholder_count_ = 0;
