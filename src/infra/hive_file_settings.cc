@@ -1,0 +1,116 @@
+#include "infra/hive_file_settings.h"
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "infra/file_system.h"
+#include "infra/registry_hive.h"
+
+namespace folioscope {
+
+bool HiveFileSettings::FileStamp::operator==(const FileStamp& o) const {
+  return exists == o.exists && size == o.size && mtime.tv_sec == o.mtime.tv_sec &&
+         mtime.tv_nsec == o.mtime.tv_nsec && inode == o.inode;
+}
+
+HiveFileSettings::HiveFileSettings(std::string path) : path_(std::move(path)) {}
+
+HiveFileSettings::FileStamp HiveFileSettings::Stamp() const {
+  FileStamp s;
+  struct stat st {};
+  if (::stat(path_.c_str(), &st) != 0) return s;
+  s.exists = true;
+  s.size = static_cast<long long>(st.st_size);
+  s.mtime = st.st_mtim;
+  s.inode = static_cast<unsigned long long>(st.st_ino);
+  return s;
+}
+
+bool HiveFileSettings::Load() {
+  FileStamp now = Stamp();
+  if (loaded_ && now == stamp_) return load_error_.empty();
+  loaded_ = true;
+  stamp_ = now;
+  tree_ = RegistryTree();
+  load_error_.clear();
+  if (!now.exists) return true;
+  std::ifstream in(path_, std::ios::binary);
+  std::stringstream bytes;
+  bytes << in.rdbuf();
+  if (!in) {
+    load_error_ = path_ + ": cannot be read";
+    return false;
+  }
+  ++parse_count_;
+  RegistryTree parsed;
+  if (!ParseHive(bytes.str(), path_, &parsed, &load_error_)) return false;
+  tree_ = parsed;
+  return true;
+}
+
+bool HiveFileSettings::Store(const RegistryTree& changed) {
+  if (!load_error_.empty()) return false;  // never replace a file we could not read
+  std::error_code ec;
+  std::filesystem::path parent = std::filesystem::path(path_).parent_path();
+  if (!parent.empty()) std::filesystem::create_directories(parent, ec);
+  if (!WriteFileAtomically(path_, SerializeHive(changed))) return false;
+  tree_ = changed;
+  stamp_ = Stamp();
+  return true;
+}
+
+bool HiveFileSettings::CreateKey(uint32_t root, const std::string& path) {
+  Load();
+  if (tree_.KeyExists(root, path)) return true;
+  RegistryTree changed = tree_;
+  return changed.CreateKey(root, path) && Store(changed);
+}
+
+bool HiveFileSettings::KeyExists(uint32_t root, const std::string& path) {
+  Load();
+  return tree_.KeyExists(root, path);
+}
+
+std::optional<RegValue> HiveFileSettings::QueryValue(uint32_t root, const std::string& path,
+                                                     const std::string& name) {
+  Load();
+  return tree_.QueryValue(root, path, name);
+}
+
+bool HiveFileSettings::SetValue(uint32_t root, const std::string& path, const std::string& name,
+                                const RegValue& value) {
+  Load();
+  RegistryTree changed = tree_;
+  return changed.SetValue(root, path, name, value) && Store(changed);
+}
+
+bool HiveFileSettings::DeleteKey(uint32_t root, const std::string& path) {
+  Load();
+  RegistryTree changed = tree_;
+  return changed.DeleteKey(root, path) && Store(changed);
+}
+
+bool HiveFileSettings::DeleteValue(uint32_t root, const std::string& path,
+                                   const std::string& name) {
+  Load();
+  RegistryTree changed = tree_;
+  return changed.DeleteValue(root, path, name) && Store(changed);
+}
+
+std::optional<std::string> HiveFileSettings::EnumKey(uint32_t root, const std::string& path,
+                                                     uint32_t index) {
+  Load();
+  return tree_.EnumKey(root, path, index);
+}
+
+std::optional<std::pair<std::string, RegValue>> HiveFileSettings::EnumValue(uint32_t root,
+                                                                            const std::string& path,
+                                                                            uint32_t index) {
+  Load();
+  return tree_.EnumValue(root, path, index);
+}
+
+}  // namespace folioscope
