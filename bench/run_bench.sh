@@ -1,0 +1,119 @@
+#!/bin/bash
+# run_bench.sh: times `folioscope report` and `folioscope chm` (help project
+# written, compiler absent) on synthetic projects of 100, 1,000 and 3,000
+# modules, and compares each report with the write floor: the time a plain
+# program needs to write the same files with the same bytes.
+#
+#   run_bench.sh BUILD_DIR [WORK_DIR] [SIZES...]
+#
+# BUILD_DIR holds folioscope, make_project, write_floor and Res/ (the build
+# tree is an application folder). WORK_DIR defaults to BUILD_DIR/bench-work;
+# its reports stay there for compare_reports.sh. SIZES default to
+# "100 1000 3000". Every run is preceded by one untimed run, so that all
+# figures are taken with the source files in the page cache.
+set -euo pipefail
+
+if [ $# -lt 1 ]; then
+  echo "usage: run_bench.sh BUILD_DIR [WORK_DIR] [SIZES...]" >&2
+  exit 2
+fi
+build=$(cd "$1" && pwd)
+work=${2:-$build/bench-work}
+shift $(( $# >= 2 ? 2 : 1 ))
+sizes=("$@")
+[ ${#sizes[@]} -gt 0 ] || sizes=(100 1000 3000)
+seed=${BENCH_SEED:-20261123}
+
+folioscope=$build/folioscope
+for tool in "$folioscope" "$build/make_project" "$build/write_floor" /usr/bin/time; do
+  [ -x "$tool" ] || { echo "run_bench.sh: missing $tool" >&2; exit 2; }
+done
+mkdir -p "$work"
+work=$(cd "$work" && pwd)
+registry=$work/registry.reg
+rm -f "$registry"
+
+# The help compiler is named by a path that does not exist, so `chm` writes
+# the pages and the help project files and stops before compiling.
+no_compiler=$work/no-such-dir/chmcmd
+
+# run_timed LABEL OUT -- COMMAND...: runs COMMAND once untimed and once under
+# /usr/bin/time; leaves "wall user sys maxrss_kb" in $work/LABEL.time.
+run_timed() {
+  local label=$1 out=$2
+  shift 3
+  local status=0
+  rm -rf "$out"
+  "$@" >/dev/null 2>"$work/$label.log" || true
+  rm -rf "$out"
+  /usr/bin/time -f "%e %U %S %M" -o "$work/$label.time" "$@" \
+    >/dev/null 2>"$work/$label.log" || status=$?
+  echo "$status" >"$work/$label.status"
+}
+
+results=()
+for n in "${sizes[@]}"; do
+  project=$work/p$n
+  if [ ! -f "$project/Grossprojekt.vbp" ]; then
+    rm -rf "$project"
+    "$build/make_project" --modules "$n" --seed "$seed" --out "$project" >"$work/p$n.made"
+  fi
+  source_bytes=$(du -sb "$project" | cut -f1)
+  common=(--app-dir "$build" --registry "$registry" --quiet --no-progress)
+
+  run_timed report$n "$work/report$n" -- \
+    "$folioscope" "${common[@]}" report "$project/Grossprojekt.vbp" -o "$work/report$n"
+  run_timed chm$n "$work/chm$n" -- \
+    env FOLIOSCOPE_HHC="$no_compiler" \
+    "$folioscope" "${common[@]}" chm "$project/Grossprojekt.vbp" -o "$work/chm$n"
+
+  read -r floor_files floor_bytes floor_s < <(
+    "$build/write_floor" "$work/report$n" "$work/floor$n" 2>/dev/null |
+      sed 's/[a-z_]*=//g')
+  read -r chm_floor_files chm_floor_bytes chm_floor_s < <(
+    "$build/write_floor" "$work/chm$n" "$work/floor$n" 2>/dev/null |
+      sed 's/[a-z_]*=//g')
+  rm -rf "$work/floor$n"
+
+  read -r r_wall r_user r_sys r_rss <"$work/report$n.time"
+  read -r c_wall c_user c_sys c_rss <"$work/chm$n.time"
+  results+=("$n $source_bytes $(cat "$work/report$n.status") $r_wall $r_user $r_sys $r_rss \
+$floor_files $floor_bytes $floor_s $(cat "$work/chm$n.status") $c_wall $c_user $c_sys $c_rss \
+$chm_floor_files $chm_floor_s")
+done
+
+printf '%s\n' "${results[@]}" | awk '
+function ratio(a, b) { return b > 0 ? sprintf("%.2f", a / b) : "n/a" }
+{
+  n = $1; src = $2
+  printf "\n== %d modules: source %.1f MB\n", n, src / 1e6
+  printf "report  exit %d  wall %.3f s  cpu %.3f s  peak RSS %.1f MB  files %d  output %.1f MB\n",
+         $3, $4, $5 + $6, $7 / 1024, $8, $9 / 1e6
+  printf "        write floor %.3f s  report/floor %s  peak RSS/source %s\n",
+         $10, ratio($4, $10), ratio($7 * 1024, src)
+  printf "chm     exit %d  wall %.3f s  cpu %.3f s  peak RSS %.1f MB  files %d\n",
+         $11, $12, $13 + $14, $15 / 1024, $16
+  printf "        write floor %.3f s  chm/floor %s  peak RSS/source %s\n",
+         $17, ratio($12, $17), ratio($15 * 1024, src)
+  wall[n] = $4; cwall[n] = $12; floor[n] = $10; rss[n] = $7 * 1024; source[n] = src
+}
+END {
+  if ((1000 in wall) && (3000 in wall)) {
+    printf "\ngrowth 1,000 -> 3,000 modules: report %s x, chm %s x, floor %s x\n",
+           ratio(wall[3000], wall[1000]), ratio(cwall[3000], cwall[1000]),
+           ratio(floor[3000], floor[1000])
+  }
+  if (3000 in wall) {
+    printf "\ntargets (3,000 modules):\n"
+    printf "  report within 3x the floor:   %s (%s x)\n",
+           wall[3000] <= 3 * floor[3000] ? "met" : "MISSED", ratio(wall[3000], floor[3000])
+    printf "  report within 2 s:            %s (%.3f s)\n", wall[3000] <= 2 ? "met" : "MISSED", wall[3000]
+    if (1000 in wall)
+      printf "  growth at most 3.3x:          %s (%s x)\n",
+             wall[3000] <= 3.3 * wall[1000] ? "met" : "MISSED", ratio(wall[3000], wall[1000])
+    printf "  peak memory below 20x source: %s (%s x)\n",
+           rss[3000] < 20 * source[3000] ? "met" : "MISSED", ratio(rss[3000], source[3000])
+  }
+}'
+echo
+echo "logs and reports: $work"
