@@ -1,0 +1,470 @@
+// Reader tests on the shapes of file VB6 writes, on bad input, and on the
+// Kontor sample project.
+#include "model/vb6_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "model/vb6_declaration.h"
+
+namespace folioscope {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A fresh folder per test; files are written byte for byte.
+class TempFolder {
+ public:
+  TempFolder() {
+    path_ = fs::temp_directory_path() /
+            ("h3_reader_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+             "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::remove_all(path_);
+    fs::create_directories(path_);
+  }
+  ~TempFolder() { fs::remove_all(path_); }
+
+  std::string Write(const std::string& name, const std::string& bytes) const {
+    const fs::path file = path_ / name;
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << bytes;
+    return file.string();
+  }
+  std::string path() const { return path_.string(); }
+
+ private:
+  fs::path path_;
+};
+
+// Lines joined with CR LF, each line ended.
+std::string Crlf(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const auto& line : lines) text += line + "\r\n";
+  return text;
+}
+
+std::vector<std::string> CodeLines(const SourceModule& module) {
+  std::vector<std::string> lines;
+  for (int32_t i = 1; i <= module.CodeLines.Count(); ++i) {
+    lines.push_back(const_cast<SourceModule&>(module).CodeLines.Item(i));
+  }
+  return lines;
+}
+
+std::vector<std::string> MemberNames(const SourceModule& module) {
+  std::vector<std::string> names;
+  for (const auto& member : module.Members) names.push_back(member->Name);
+  return names;
+}
+
+ModuleReadResult ReadText(const TempFolder& folder, const std::string& bytes,
+                          const std::string& file = "Test.cls") {
+  return ReadModuleFile(folder.Write(file, bytes), "Class", "Test");
+}
+
+TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
+  TempFolder folder;
+  // A form: Object= lines, nested Begin blocks with BeginProperty sections.
+  const std::string form = Crlf({
+      "VERSION 5.00",
+      "Object = \"{831FDD16-0C5C-11D2-A9FC-0000F8754DA1}#2.0#0\"; \"MSCOMCTL.OCX\"",
+      "Begin VB.Form frmTest ",
+      "   Caption         =   \"Test\"",
+      "   Begin VB.Frame fra ",
+      "      Begin VB.CommandButton cmd ",
+      "         Caption = \"End\"",
+      "      End",
+      "   End",
+      "   Begin MSComctlLib.ListView lvw ",
+      "      BeginProperty Font {0BE35203-8F91-11CE-9DE3-00AA004BB851} ",
+      "         Name = \"Tahoma\"",
+      "      EndProperty",
+      "   End",
+      "End",
+      "Attribute VB_Name = \"frmTest\"",
+      "Attribute VB_Description = \"Ein Fenster f\xFCr Tests.\"",
+      "Attribute VB_HelpID = 77",
+      "Option Explicit",
+      "Private Sub Form_Load()",
+      "Attribute Form_Load.VB_Description = \"L\xE4"
+      "dt.\"",
+      "    Caption = \"x\"  ",
+      "End Sub",
+  });
+  ModuleReadResult read = ReadText(folder, form, "frmTest.frm");
+  ASSERT_TRUE(read.module);
+  EXPECT_EQ(read.module->Name, "frmTest");
+  EXPECT_EQ(read.module->Description, "Ein Fenster f\xFCr Tests.");
+  EXPECT_EQ(read.module->HelpContextId, 77);
+  EXPECT_EQ(CodeLines(*read.module),
+            (std::vector<std::string>{"Option Explicit", "Private Sub Form_Load()",
+                                      "    Caption = \"x\"  ", "End Sub"}));
+  EXPECT_EQ(read.module->Members.Item("Form_Load").Description,
+            "L\xE4"
+            "dt.");
+
+  // A class with its BEGIN block, LF line ends and no end on the last line.
+  const std::string cls =
+      "VERSION 1.0 CLASS\nBEGIN\n  MultiUse = -1  'True\nEND\n"
+      "Attribute VB_Name = \"CTest\"\nOption Explicit\n\nPublic Sub A()\nEnd Sub";
+  read = ReadText(folder, cls);
+  ASSERT_TRUE(read.module);
+  EXPECT_EQ(read.module->Name, "CTest");
+  EXPECT_EQ(CodeLines(*read.module),
+            (std::vector<std::string>{"Option Explicit", "", "Public Sub A()", "End Sub"}));
+
+  // A module file without VB_Name takes the name it is given.
+  read = ReadModuleFile(folder.Write("x.bas", "Sub Main()\r\nEnd Sub\r\n"), "Module", "modX");
+  ASSERT_TRUE(read.module);
+  EXPECT_EQ(read.module->Name, "modX");
+  EXPECT_TRUE(read.diagnostics.empty());
+}
+
+TEST(Vb6Members, LineRangesFollowTheIde) {
+  TempFolder folder;
+  const std::string text = Crlf({
+      "Attribute VB_Name = \"CRange\"",
+      "Option Explicit",                         // 1
+      "' Event comment",                         // 2
+      "Public Event Done(ByVal Ok As Boolean)",  // 3
+      "Private mX As Long",                      // 4
+      "",                                        // 5
+      "' Above First",                           // 6
+      "Public Sub First()",                      // 7
+      "    If mX Then",                          // 8
+      "    End If",                              // 9
+      "End Sub",                                 // 10
+      "",                                        // 11
+      "' Above Second",                          // 12
+      "Private Function Second() As Long",       // 13
+      "    Second = 1",                          // 14
+      "End Function",                            // 15
+      "' trailing comment",                      // 16
+      "",                                        // 17
+  });
+  ModuleReadResult read = ReadText(folder, text);
+  ASSERT_TRUE(read.module);
+  const SourceModule& m = *read.module;
+  EXPECT_EQ(MemberNames(m), (std::vector<std::string>{"Header", "Done", "First", "Second"}));
+
+  struct Range {
+    const char* name;
+    int32_t first;
+    int32_t count;
+  };
+  for (const Range& r :
+       {Range{"Header", 1, 4}, Range{"Done", 2, 2}, Range{"First", 5, 6}, Range{"Second", 11, 7}}) {
+    SourceMember& member = m.Members.Item(r.name);
+    EXPECT_EQ(member.FirstLine, r.first) << r.name;
+    EXPECT_EQ(member.LineCount, r.count) << r.name;
+    ASSERT_EQ(member.CodeLines.Count(), r.count) << r.name;
+    EXPECT_EQ(member.CodeLines.Item(1), const_cast<SourceModule&>(m).CodeLines.Item(r.first));
+  }
+  EXPECT_EQ(m.Members.Item("Done").CodeLines.Item(1), "' Event comment");
+  EXPECT_EQ(m.Members.Item("Second").CodeLines.Item(7), "");
+
+  // A module without procedures: Header holds every line.
+  read = ReadText(folder, Crlf({"Option Explicit", "Public Const A = 1", "' end"}));
+  ASSERT_TRUE(read.module);
+  EXPECT_EQ(read.module->Members.Count(), 1);
+  EXPECT_EQ(read.module->Members.Item(1).LineCount, 3);
+}
+
+TEST(Vb6Members, StatementsThatLookLikeDeclarations) {
+  TempFolder folder;
+  const std::string text = Crlf({
+      "Attribute VB_Name = \"modTricky\"",
+      "Private Declare Function GetTickCount Lib \"kernel32\" () As Long",
+      "Public Declare Sub Sleep Lib \"kernel32\" (ByVal ms As Long)",
+      "Public Enum Art",
+      "    aEins = 1",
+      "End Enum",
+      "Private Type Beleg",
+      "    Nummer As Long",
+      "End Type",
+      "Dim Sub_Total As Long",
+      "' Sub InComment()",
+      "Static Sub Counter()",
+      "    Static n As Long",
+      "    Dim s As String: s = \"End Sub\"",
+      "    If n > 0 Then",
+      "        Exit Sub",
+      "    End If",
+      "    Rem End Sub",
+      "#If DEBUG_ON Then",
+      "    Debug.Print \"Sub x\"",
+      "#End If",
+      "End Sub",
+      "Sub NoScope(a, b)",
+      "End Sub",
+      "Friend Static Function F$(ByVal x%)",
+      "End Function",
+      "Private Property Get P() As String()",
+      "End Property",
+      "Public Property Let P(ByVal v() As String)",
+      "End Property",
+      "Property Set Obj(ByVal o As Object)",
+      "End Property",
+      "Public Function Joined(ByVal a As Long, _",
+      "                       Optional ByRef b As String = \"a, b\", _",
+      "                       ParamArray rest() As Variant) _",
+      "                       As Collection",
+      "End Function",
+  });
+  ModuleReadResult read = ReadText(folder, text, "modTricky.bas");
+  ASSERT_TRUE(read.module);
+  EXPECT_TRUE(read.diagnostics.empty());
+  const SourceModule& m = *read.module;
+  EXPECT_EQ(MemberNames(m), (std::vector<std::string>{"Header", "Counter", "NoScope", "F", "Get P",
+                                                      "Let P", "Set Obj", "Joined"}));
+  EXPECT_EQ(m.Members.Item("Header").LineCount, 9);
+  EXPECT_EQ(m.Members.Item("Counter").LineCount, 12);  // comment above + body incl. #If
+
+  struct Expected {
+    const char* name;
+    const char* kind;
+    const char* scope;
+    const char* form;
+    const char* return_type;
+  };
+  for (const Expected& e :
+       {Expected{"Counter", "Sub", "Public", "", ""}, Expected{"NoScope", "Sub", "Public", "", ""},
+        Expected{"F", "Function", "Friend", "", "String"},
+        Expected{"Get P", "Property", "Private", "Get ", "String()"},
+        Expected{"Let P", "Property", "Public", "Let ", ""},
+        Expected{"Set Obj", "Property", "Public", "Set ", ""},
+        Expected{"Joined", "Function", "Public", "", "Collection"}}) {
+    const SourceMember& member = m.Members.Item(e.name);
+    EXPECT_EQ(member.Kind, e.kind) << e.name;
+    EXPECT_EQ(member.Scope, e.scope) << e.name;
+    EXPECT_EQ(member.PropertyForm, e.form) << e.name;
+    EXPECT_EQ(member.ReturnType, e.return_type) << e.name;
+  }
+  const SourceMember& header = m.Members.Item("Header");
+  EXPECT_EQ(header.Kind, "");
+  EXPECT_EQ(header.Scope, "");
+
+  const SourceMember& joined = m.Members.Item("Joined");
+  ASSERT_EQ(joined.Parameters.Count(), 3);
+  EXPECT_EQ(joined.LineCount, 5);  // the physical lines stay apart
+  const SourceParameter& b = joined.Parameters.Item("b");
+  EXPECT_EQ(b.Type, "String");
+  EXPECT_EQ(b.Passing, "ByRef");
+  EXPECT_TRUE(b.Optional);
+  EXPECT_TRUE(b.HasDefault);
+  EXPECT_EQ(b.Default, "\"a, b\"");
+  const SourceParameter& rest = joined.Parameters.Item(3);
+  EXPECT_EQ(rest.Name, "rest");
+  EXPECT_EQ(rest.Type, "Variant()");
+  EXPECT_TRUE(rest.ParamArray);
+  EXPECT_FALSE(rest.HasDefault);
+
+  const SourceParameter& untyped = m.Members.Item("NoScope").Parameters.Item(2);
+  EXPECT_EQ(untyped.Type, "Variant");
+  EXPECT_EQ(untyped.Passing, "ByRef");
+  EXPECT_EQ(m.Members.Item("F").Parameters.Item(1).Type, "Integer");
+  EXPECT_EQ(m.Members.Item("Let P").Parameters.Item(1).Type, "String()");
+  EXPECT_EQ(m.Members.Item("Let P").Parameters.Item(1).Name, "v");
+}
+
+TEST(Vb6Declaration, StatementKinds) {
+  struct Case {
+    const char* statement;
+    StatementKind kind;
+    const char* name;
+  };
+  const Case cases[] = {
+      {"End Sub", StatementKind::kProcedureEnd, ""},
+      {"  End   Function  ' done", StatementKind::kProcedureEnd, ""},
+      {"x = 1: End Property", StatementKind::kProcedureEnd, ""},
+      {"End If", StatementKind::kOther, ""},
+      {"End", StatementKind::kOther, ""},
+      {"MsgBox \"End Sub\"", StatementKind::kOther, ""},
+      {"' Public Sub X()", StatementKind::kBlank, ""},
+      {"Rem Sub X()", StatementKind::kBlank, ""},
+      {"Public Event Ready()", StatementKind::kEvent, "Ready"},
+      {"RaiseEvent Ready", StatementKind::kOther, ""},
+      {"Private WithEvents mX As CKonto", StatementKind::kOther, ""},
+      {"Public Property Get Wert() As Long", StatementKind::kProcedure, "Wert"},
+      {"Public Property Wert As Long", StatementKind::kOther, ""},
+      {"Sub Main", StatementKind::kProcedure, "Main"},
+  };
+  for (const Case& c : cases) {
+    const ParsedStatement parsed = ParseStatement(c.statement);
+    EXPECT_EQ(parsed.kind, c.kind) << c.statement;
+    EXPECT_EQ(parsed.name, c.name) << c.statement;
+  }
+  EXPECT_TRUE(
+      IsValidIdentifier("Gr\xF6\xDF"
+                        "e_2"));
+  EXPECT_FALSE(IsValidIdentifier("2Fast"));
+  EXPECT_FALSE(IsValidIdentifier("[Mein Name]"));
+  EXPECT_FALSE(IsValidIdentifier("a.b"));
+  EXPECT_FALSE(IsValidIdentifier(""));
+}
+
+TEST(Vb6Members, BadNamesAndDuplicatesAreReported) {
+  TempFolder folder;
+  const std::string text = Crlf({
+      "Attribute VB_Name = \"CBad\"",
+      "Public Sub [Mein Name]()",
+      "End Sub",
+      "Public Sub Twice()",
+      "End Sub",
+      "Public Sub twice()",
+      "End Sub",
+  });
+  ModuleReadResult read = ReadText(folder, text, "bad.cls");
+  ASSERT_TRUE(read.module);
+  EXPECT_EQ(MemberNames(*read.module), (std::vector<std::string>{"Header", "Twice"}));
+  ASSERT_EQ(read.diagnostics.size(), 2u);
+  EXPECT_EQ(read.diagnostics[0].line, 2);
+  EXPECT_EQ(read.diagnostics[0].severity, DiagnosticSeverity::kError);
+  EXPECT_NE(read.diagnostics[0].ToText().find("bad.cls(2)"), std::string::npos);
+  EXPECT_EQ(read.diagnostics[1].line, 6);
+
+  read = ReadText(folder, "Attribute VB_Name = \"Mein Modul\"\r\n", "m.bas");
+  EXPECT_FALSE(read.module);
+  ASSERT_EQ(read.diagnostics.size(), 1u);
+  EXPECT_NE(read.diagnostics[0].text.find("Mein Modul"), std::string::npos);
+}
+
+TEST(Vb6Reader, GarbageNeverCrashes) {
+  TempFolder folder;
+  std::string binary;
+  for (int i = 0; i < 4096; ++i) binary += static_cast<char>((i * 131 + 7) % 256);
+  const std::vector<std::string> inputs = {
+      "",
+      "\r\n\r\n",
+      binary,
+      "VERSION 5.00\r\nBegin VB.Form f\r\n   Begin VB.Label l\r\n",  // block never closed
+      "Sub\r\nFunction (\r\nProperty Get\r\nEnd Sub\r\nEnd Sub\r\n",
+      "Public Sub A(ByVal x As Long\r\nEnd Sub\r\n",  // unbalanced parenthesis
+      "Sub A(Optional = 3, , ByVal)\r\n",
+      "Sub A() _\r\n",
+      "Sub A(\"\r\nEnd Sub",
+      "Attribute\r\nAttribute .VB_HelpID = 99999999999999\r\nAttribute VB_HelpID\r\n",
+      "Sub A()\r\nSub B()\r\nEnd Sub\r\nEnd Sub\r\nEnd Sub\r\n",
+      "Public Event\r\nEvent E(\r\n",
+      std::string(100000, 'x') + "\r\nSub " + std::string(300, 'a') + "()\r\nEnd Sub",
+  };
+  for (size_t i = 0; i < inputs.size(); ++i) {
+    ModuleReadResult read = ReadText(folder, inputs[i], "g" + std::to_string(i) + ".bas");
+    if (!read.module) continue;
+    // Whatever was read, the ranges stay inside the module.
+    for (const auto& member : read.module->Members) {
+      EXPECT_GE(member->FirstLine, 1) << i;
+      EXPECT_LE(member->FirstLine - 1 + member->LineCount, read.module->CodeLines.Count()) << i;
+    }
+  }
+  for (const std::string& vbp : {std::string(""), binary, std::string("Module=\r\nClass=;\r\n"),
+                                 std::string("Form=..\\..\\..\\..\\nowhere.frm\r\nName=\"\r\n")}) {
+    ProjectReadResult read = ReadProject(folder.Write("g.vbp", vbp));
+    EXPECT_TRUE(read.project);
+  }
+  ProjectReadResult missing = ReadProject(folder.path() + "/none.vbp");
+  EXPECT_FALSE(missing.project);
+  ASSERT_EQ(missing.diagnostics.size(), 1u);
+  EXPECT_EQ(missing.diagnostics[0].severity, DiagnosticSeverity::kError);
+}
+
+TEST(Vb6Reader, ProjectFileOrderPathsAndMissingModules) {
+  TempFolder folder;
+  folder.Write("Sub/Module1.BAS", "Attribute VB_Name = \"modEins\"\r\nSub Main()\r\nEnd Sub\r\n");
+  folder.Write("cZwei.cls", "VERSION 1.0 CLASS\r\nBEGIN\r\nEND\r\nOption Explicit\r\n");
+  folder.Write(
+      "frmDrei.frm",
+      "VERSION 5.00\r\nBegin VB.Form frmDrei\r\nEnd\r\nAttribute VB_Name = \"frmDrei\"\r\n");
+  const std::string vbp = folder.Write("P.vbp", Crlf({
+                                                    "Type=Exe",
+                                                    "Class=CZwei; CZWEI.cls",
+                                                    "Module=modEins; sub\\module1.bas",
+                                                    "Form=Fehlt.frm",
+                                                    "Form=FRMDREI.FRM",
+                                                    "Name=\"Probe\"",
+                                                    "MajorVer=2",
+                                                    "RevisionVer=5",
+                                                    "[MS Transaction Server]",
+                                                    "Module=Nicht; da.bas",
+                                                }));
+  ProjectReadResult read = ReadProject(vbp);
+  ASSERT_TRUE(read.project);
+  const SourceProject& p = *read.project;
+  EXPECT_EQ(p.Name, "Probe");
+  EXPECT_EQ(p.Version, "2.0.5");
+  ASSERT_EQ(p.Modules.Count(), 3);
+  EXPECT_EQ(p.Components.Item(1).Name, "CZwei");  // from the .vbp: the file has no VB_Name
+  EXPECT_EQ(p.Components.Item(1).Kind, "Class");
+  EXPECT_EQ(p.Components.Item(2).Name, "modEins");
+  EXPECT_EQ(p.Components.Item(2).RelativePath, "sub\\module1.bas");
+  EXPECT_EQ(fs::path(p.Components.Item(2).FilePath), fs::path(folder.path()) / "Sub/Module1.BAS");
+  EXPECT_EQ(p.Components.Item(3).Name, "frmDrei");
+  EXPECT_EQ(p.Components.Item(3).Kind, "Form");
+  EXPECT_EQ(p.Modules.Item("CZWEI").Members.Count(), 1);
+  ASSERT_EQ(read.diagnostics.size(), 1u);
+  EXPECT_EQ(read.diagnostics[0].severity, DiagnosticSeverity::kWarning);
+  EXPECT_EQ(read.diagnostics[0].line, 4);
+  EXPECT_NE(read.diagnostics[0].text.find("Fehlt.frm"), std::string::npos);
+}
+
+// The sample project documents the main command: it must read cleanly and
+// its doc comments must name real parameters.
+TEST(Vb6Reader, KontorSampleProject) {
+  ProjectReadResult read =
+      ReadProject(std::string(FOLIOSCOPE_SOURCE_DIR) + "/examples/Kontor/Kontor.vbp");
+  ASSERT_TRUE(read.project);
+  for (const auto& d : read.diagnostics) ADD_FAILURE() << d.ToText();
+  const SourceProject& p = *read.project;
+  EXPECT_EQ(p.Name, "Kontor");
+  EXPECT_EQ(p.Version, "1.4.2");
+  std::vector<std::string> kinds;
+  for (const auto& c : p.Components) kinds.push_back(c->Kind);
+  EXPECT_EQ(kinds, (std::vector<std::string>{"Form", "Module", "Class", "Class", "Class",
+                                             "UserControl", "PropertyPage", "Designer"}));
+
+  const std::regex param_tag("<param name=\"([^\"]*)\"");
+  const std::regex declaration(
+      "^((Public|Private|Friend) )?(Static )?(Sub|Function|Property (Get|Let|Set)|Event) .*");
+  for (const auto& module : p.Modules) {
+    int32_t declarations = 0;
+    for (int32_t i = 1; i <= module->CodeLines.Count(); ++i) {
+      declarations += std::regex_match(module->CodeLines.Item(i), declaration) ? 1 : 0;
+    }
+    EXPECT_EQ(module->Members.Count(), declarations + 1) << module->Name;
+
+    // Header and procedures cover the module's lines without gap or overlap.
+    int32_t next = 1;
+    for (const auto& member : module->Members) {
+      if (member->Kind == "OutEvent") continue;
+      EXPECT_EQ(member->FirstLine, next) << module->Name << "." << member->Name;
+      next = member->FirstLine + member->LineCount;
+    }
+    EXPECT_EQ(next, module->CodeLines.Count() + 1) << module->Name;
+
+    for (const auto& member : module->Members) {
+      if (member->Name == "Header") continue;  // holds the event declarations again
+      for (int32_t i = 1; i <= member->CodeLines.Count(); ++i) {
+        const std::string line = member->CodeLines.Item(i);
+        std::smatch match;
+        if (std::regex_search(line, match, param_tag)) {
+          EXPECT_TRUE(member->Parameters.Exists(match[1]))
+              << module->Name << "." << member->Name << ": " << match[1];
+        }
+      }
+    }
+  }
+  const SourceModule& buchung = p.Modules.Item("CBuchung");
+  for (const char* name : {"Get Gegenkonto", "Let Gegenkonto", "Set Gegenkonto"}) {
+    EXPECT_TRUE(buchung.Members.Exists(name)) << name;
+  }
+  EXPECT_EQ(p.Modules.Item("CKonto").Members.Item("Buchen").HelpContextId, 3003);
+  EXPECT_EQ(p.Modules.Item("CKasse").Members.Item("TagAbgeschlossen").Kind, "OutEvent");
+}
+
+}  // namespace
+}  // namespace folioscope
