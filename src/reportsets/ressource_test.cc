@@ -7,9 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
 #include "infra/registry.h"
+#include "infra/vb_runtime.h"
+#include "reportsets/test_support.h"
 #include "reportsets/winapi_crypt.h"
 
 namespace folioscope {
@@ -40,6 +43,159 @@ TEST(CRessourceShipped, StandardSetLoadsInBothLanguages) {
     EXPECT_EQ(res.Index().rfind("<!DOCTYPE", 0), 0u);
     EXPECT_EQ(res.Name(), "");
   }
+}
+
+// A small set "Mini" in a scratch application folder: File<n> holds
+// "<p>n</p>", Description.dat two languages.
+class MiniSet : public ::testing::Test {
+ protected:
+  MiniSet() : platform_(app_.path()), scoped_(&platform_) {
+    ChooseSet(platform_, "Mini", "English");
+    std::string ini =
+        "[Set1]\r\nName=Mini\r\nPath=Mini\r\nLanguages=Deutsch\\English\r\n[Mini]\r\n";
+    for (int n = 1; n <= 28; ++n) {
+      ini += "File" + std::to_string(n) + "=Mini\\f" + std::to_string(n) + ".htm\r\n";
+      app_.WriteEncrypted("Mini/f" + std::to_string(n) + ".htm",
+                          "  <p>" + std::to_string(n) + "</p>  ");
+    }
+    ini_ = ini;
+    app_.WriteRes("IndexComment.ini", ini_);
+    WriteDescription(kDescription);
+  }
+  void WriteDescription(const std::string& text) {
+    app_.WriteEncrypted("Mini/Description.dat", text);
+  }
+  void DropIniKey(const std::string& line) {
+    ini_ = vb::Replace(ini_, line + "\r\n", "");
+    app_.WriteRes("IndexComment.ini", ini_);
+  }
+  std::string Base() const { return app_.res() + "/"; }
+  std::string FailureMessage(const std::string& list) const {
+    return "Eine oder mehrere Dateien des aktuellen Report-Sets unter der Pfadangabe " + Base() +
+           "Mini konnten nicht geladen werden. Die Dateien fehlen oder sind besch\xE4"
+           "digt. "
+           "Folgende Datei(en) sind betroffen:\r\n" +
+           list;
+  }
+  std::string Path(int n) const { return Base() + "Mini/f" + std::to_string(n) + ".htm\r\n"; }
+
+  static constexpr const char* kDescription =
+      "Kopf\r\n\\&&&FS_A_File&&& = a.css\r\n\\ &&&FS_Projekt_Title&&& = x = y \r\n\\}\r\n"
+      "[[Deutsch]]\r\n\\&&&L&&& = Hallo\r\n\\}\r\n"
+      "[[English]]\r\n\\&&&L&&& = Hello\r\n\\&&&M&&& =\r\n Two lines\r\n\\}\r\n";
+
+  ScratchAppFolder app_;
+  RecordingPlatform platform_;
+  ScopedPlatform scoped_;
+  std::string ini_;
+};
+
+TEST_F(MiniSet, LoadsTemplatesInKeyOrderAndParsesTheDescription) {
+  CRessource res;
+  ASSERT_TRUE(res.Ready());
+  EXPECT_EQ(res.MemberInhaltOben(), "<p>5</p>");
+  EXPECT_EQ(res.ModulInhaltUnten(), "<p>28</p>");
+  EXPECT_EQ(res.IndexFrameLinksUnten(), "<p>3</p>");
+  EXPECT_EQ(res.Logo(), "<p>10</p>");
+  EXPECT_EQ(res.DDType(), "<p>27</p>");
+  res.SetDDMemberUnten("neu");
+  EXPECT_EQ(res.DDMemberUnten(), "neu");
+  EXPECT_EQ(res.PlaceholderCount(), 2);
+  EXPECT_EQ(res.PlaceHolder().KeyAt(0).string_value(), "&&&FS_A_File&&&");
+  EXPECT_EQ(res.PlaceHolder().Item("&&&FS_Projekt_Title&&&"), "x = y");
+  EXPECT_EQ(res.SpecificLanguageCount(), 2);
+  EXPECT_EQ(res.SpecificLanguage().Item("&&&L&&&"), "Hello");
+  EXPECT_EQ(res.SpecificLanguage().Item("&&&M&&&"), "Two lines");
+  EXPECT_TRUE(platform_.message_boxes.empty());
+}
+
+TEST_F(MiniSet, UnknownOrEmptyLanguageFallsBackToTheFirstBlock) {
+  for (const std::string language : {"Klingonisch", "", "english"}) {
+    ChooseSet(platform_, "Mini", language);
+    CRessource res;
+    ASSERT_TRUE(res.Ready());
+    EXPECT_EQ(res.SpecificLanguage().Item("&&&L&&&"), "Hallo") << language;
+    EXPECT_EQ(res.SpecificLanguageCount(), 1);
+  }
+}
+
+TEST_F(MiniSet, EmptyReportPathFailsWithoutMessage) {
+  ChooseSet(platform_, "", "English");
+  EXPECT_FALSE(CRessource().Ready());
+  EXPECT_TRUE(platform_.message_boxes.empty());
+}
+
+TEST_F(MiniSet, MissingIniFileIsReported) {
+  std::filesystem::remove(app_.res() + "/IndexComment.ini");
+  EXPECT_FALSE(CRessource().Ready());
+  ASSERT_EQ(platform_.message_boxes.size(), 1u);
+  EXPECT_EQ(platform_.message_boxes[0].text,
+            "Die Initialisierungsdatei f\xFCr Report-Sets 'IndexComment.ini' konnte nicht geladen "
+            "werden. Diese Datei steuert den Zugriff auf praktisch alle Report-Sets und ist "
+            "unbedingt erforderlich. Sie mu\xDF sich zwingend im Ordner: \r\n" +
+                app_.res() +
+                "/IndexComment.ini befinden.\r\n\r\nWenn Sie die Datei nicht "
+                "manuell wiederherstellen k\xF6nnen, installieren Sie Quillon neu.");
+  EXPECT_EQ(platform_.message_boxes[0].style, kMbExclamation);
+  EXPECT_EQ(platform_.message_boxes[0].title, "Quillon");
+}
+
+TEST_F(MiniSet, FailureListFollowsTheDeliberateEmptinessChecks) {
+  // A missing key reads as the file "Unbekannt".
+  DropIniKey("File3=Mini\\f3.htm");
+  EXPECT_FALSE(CRessource().Ready());
+  ASSERT_EQ(platform_.message_boxes.size(), 1u);
+  EXPECT_EQ(platform_.message_boxes[0].text, FailureMessage(Base() + "Unbekannt\r\n"));
+  platform_.message_boxes.clear();
+  app_.WriteRes("IndexComment.ini", ini_ + "File3=Mini\\f3.htm\r\n");
+
+  // Empty menu node, entry and type entry pass on their own ...
+  for (int n : {11, 12, 27}) app_.WriteRes("Mini/f" + std::to_string(n) + ".htm", "");
+  EXPECT_TRUE(CRessource().Ready());
+  EXPECT_TRUE(platform_.message_boxes.empty());
+
+  // ... while an empty menu head or enumeration entry names the files after it.
+  app_.WriteRes("Mini/f2.htm", "");
+  app_.WriteEncrypted("Mini/f26.htm", "   ");
+  EXPECT_FALSE(CRessource().Ready());
+  ASSERT_EQ(platform_.message_boxes.size(), 1u);
+  EXPECT_EQ(platform_.message_boxes[0].text,
+            FailureMessage(Path(2) + Path(11) + Path(12) + Path(26) + Path(27)));
+}
+
+TEST_F(MiniSet, EveryMissingFileOfAnUnknownSetIsListedInOneMessage) {
+  ChooseSet(platform_, "Nirgends", "English");
+  EXPECT_FALSE(CRessource().Ready());
+  ASSERT_EQ(platform_.message_boxes.size(), 1u);
+  std::string list;
+  for (int i = 0; i < 28; ++i) list += Base() + "Unbekannt\r\n";
+  EXPECT_EQ(
+      platform_.message_boxes[0].text,
+      vb::Replace(FailureMessage(list), Base() + "Mini konnten", Base() + "Nirgends konnten"));
+}
+
+TEST_F(MiniSet, EmptyDescriptionIsReported) {
+  WriteDescription("   ");
+  EXPECT_FALSE(CRessource().Ready());
+  ASSERT_EQ(platform_.message_boxes.size(), 1u);
+  EXPECT_EQ(platform_.message_boxes[0].text,
+            "Die Beschreibungsdatei f\xFCr das Layout-Set unter der Pfadangabe: " + app_.res() +
+                "/Mini/Description.dat konnte nicht ge\xF6"
+                "ffnet bzw. geladen werden. Der "
+                "Vorgang wird abgebrochen.\r\nStellen Sie sicher, dass sich die Datei im "
+                "angegebenen Ordner befindet.");
+}
+
+TEST_F(MiniSet, DuplicateKeyIsAFaultOfTheLoadStep) {
+  const int64_t before = CErrorHandler::Instance().ReportCount();
+  WriteDescription(
+      "K\r\n\\&&&A&&& = 1\r\n\\&&&A&&& = 2\r\n\\}\r\n[[English]]\r\n\\&&&L&&& = x\r\n\\}");
+  CRessource res;
+  EXPECT_FALSE(res.Ready());
+  EXPECT_EQ(CErrorHandler::Instance().ReportCount(), before + 1);
+  EXPECT_NE(CErrorHandler::Instance().ReportText().find("457"), std::string::npos);
+  EXPECT_NE(CErrorHandler::Instance().ReportText().find("GetRessourceDescription"),
+            std::string::npos);
 }
 
 }  // namespace
