@@ -4,7 +4,6 @@ Begin VB.UserControl ctlBetrag
    ClientLeft      =   0
    ClientTop       =   0
    ClientWidth     =   1815
-   PropertyPages   =   "ctlBetrag.ctx":0000
    ScaleHeight     =   375
    ScaleWidth      =   1815
    Begin VB.TextBox txtBetrag 
