@@ -1,0 +1,133 @@
+// The report object itself: construction, the readiness check that every
+// public method runs first, and the page-file writer.
+#include "engine/folioscope.h"
+
+#include <memory>
+#include <string>
+
+#include "engine/fs_communicator.h"
+#include "infra/error_handler.h"
+#include "infra/platform.h"
+#include "infra/vb_runtime.h"
+
+namespace folioscope {
+
+namespace {
+
+constexpr const char* kClass = "CFolioscope";
+constexpr const char* kMessageBoxTitle = "Quillon";
+
+const char kNoReportSetMessage[] =
+    "Es wurde noch kein Report-Set ausgew\xE4hlt. Reports k\xF6nnen nicht erstellt werden. "
+    "Bitte w\xE4hlen Sie im Men\xFC unter Extras / Einstellungen das gew\xFCnschte Report-Set "
+    "aus.";
+
+const char kReloadFailedMessage[] =
+    "Die Reporterstellung wurde aufgrund von Initialisierungsfehlern abgebrochen.";
+
+// The message for a report-set folder that is not there; `folder` is the
+// path that was tested.
+std::string MissingFolderMessage(const std::string& folder) {
+  return std::string(
+             "Der Dateipfad des ausgew\xE4hlten Report-Sets ist ung\xFCltig. M\xF6glicherweise "
+             "wurde der Ordner verschoben, gel\xF6scht oder umbenannt. Es kann kein Report "
+             "erstellt werden. W\xE4hlen Sie im Men\xFC unter Extras / Einstellungen ein "
+             "g\xFCltiges Report-Set aus.\r\n"
+             "Bitte beachten Sie, dass sich die Report-Sets immer im Unterordner Res\\ im "
+             "Installationsordner von Quillon befinden m\xFCssen. Das von Ihnen eingestellte "
+             "Report-Set muss sich im Ordner ") +
+         folder + " befinden.";
+}
+
+// A path that still ends in a separator names no folder. With an empty
+// ReportPath the tested path is "<app>/Res/", which the file system would
+// happily accept on Linux, so the rule is stated here and not left to it.
+bool ReportSetFolderExists(const CFileSystem& file_system, const std::string& folder) {
+  if (folder.empty()) return false;
+  const char last = folder.back();
+  if (last == kPathSeparator || last == '\\' || last == '/') return false;
+  return file_system.IsOrdnerVorhanden(folder);
+}
+
+}  // namespace
+
+CFolioscope::CFolioscope()
+    : file_system_(std::make_unique<CFileSystem>()), registry_(std::make_unique<CRegistry>()) {
+  save_mode_ = -1;
+  CheckOfReady();
+}
+
+CFolioscope::~CFolioscope() {
+  file_system_.reset();
+  registry_.reset();
+}
+
+void CFolioscope::CheckOfReady() {
+  Trap(kClass, "CheckOfReady", [&] {
+    ready_ = false;
+    CRegistry& reg = *registry_;
+    report_language_ =
+        vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportLanguage", ""));
+    const std::string report_path =
+        reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
+    report_set_path_ = CurrentPlatform().ApplicationFolder() + kPathSeparatorText + "Res" +
+                       kPathSeparatorText + report_path + kPathSeparatorText;
+
+    auto word = [&](const char* name) {
+      return reg.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0);
+    };
+    DelFilesAfterCHMCompiling = word("DelFilesAfterCHMCompiling");
+    ShowModulePath = word("ShowModulePath");
+    ShowModuleRelativePath = word("ShowModuleRelativePath");
+    ShowLOCForModuls = word("ShowLOCForModuls");
+    ShowLOCForProjects = word("ShowLOCForProjects");
+    ShowHelpContextID = word("ShowHelpContextID");
+    ShowVBInternDescription = word("ShowVBInternDescription");
+    ToolBarPublicValue = word("ToolBarPublicValue");
+    ToolBarFriendValue = word("ToolBarFriendValue");
+    ToolBarPrivateValue = word("ToolBarPrivateValue");
+    ReportStdTitle =
+        vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "ReportStdTitle", ""));
+    CHMReportTitle =
+        vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "CHMReportTitle", ""));
+    const int32_t reload_request = word("LNR");
+
+    // A report set counts as chosen once one of its languages is chosen.
+    std::string message;
+    if (report_language_.empty()) {
+      message = kNoReportSetMessage;
+    } else {
+      const std::string folder =
+          vb::Left(report_set_path_, static_cast<int64_t>(report_set_path_.size()) - 1);
+      if (!ReportSetFolderExists(*file_system_, folder)) message = MissingFolderMessage(folder);
+    }
+    if (!message.empty()) {
+      AddLog(message, kIconNotReady);
+      CurrentPlatform().MessageBox(message, kMbOkOnly | kMbExclamation, kMessageBoxTitle);
+      return;
+    }
+
+    if (!resources_) resources_ = std::make_unique<CRessource>();
+    // Without a reload request the loaded templates are used as they are;
+    // their own Ready is deliberately not consulted here.
+    if (reload_request <= 0) {
+      ready_ = true;
+      return;
+    }
+    resources_.reset();
+    resources_ = std::make_unique<CRessource>();
+    reg.SaveRegWord(kHkeyCurrentUser, kConfigKey, "LNR", 0);
+    if (resources_->Ready()) {
+      ready_ = true;
+      return;
+    }
+    AddLog(kReloadFailedMessage, kIconNotReady);
+    resources_.reset();
+  });
+}
+
+void CFolioscope::WriteTextFile(const std::string& FileName, const std::string& Text, bool Append) {
+  folioscope::WriteTextFile(FileName, Text, Append);
+}
+
+}  // namespace folioscope
