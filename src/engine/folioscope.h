@@ -63,6 +63,8 @@ class CFolioscope {
   friend class CFolioscopeTestPeer;
   // Tests of the help project reach its writers and working texts.
   friend class CFolioscopeChmPeer;
+  // Tests of the module and member pages reach their writers.
+  friend class CFolioscopePagePeer;
 
   // engine/folioscope.cc
   void CheckOfReady();
