@@ -13,28 +13,44 @@ size_t DictKey::Hash::operator()(const DictKey& k) const {
   return std::hash<std::string>()(k.string_value_);
 }
 
-const std::string& Dictionary::Item(const DictKey& key) {
+int32_t Dictionary::Find(const DictKey& key) const {
+  if (key.is_long() && key.long_value() >= 1 && key.long_value() <= dense_count_) {
+    return key.long_value() - 1;
+  }
+  if (index_.empty()) return -1;
   auto it = index_.find(key);
-  if (it != index_.end()) return entries_[it->second].item;
-  index_.emplace(key, Count());
-  entries_.push_back(Entry{key, std::string()});
+  return it == index_.end() ? -1 : it->second;
+}
+
+void Dictionary::Append(const DictKey& key, std::string item) {
+  const int32_t position = Count();
+  if (dense_count_ == position && key.is_long() && key.long_value() == position + 1) {
+    ++dense_count_;
+  } else {
+    index_.emplace(key, position);
+  }
+  entries_.push_back(Entry{key, std::move(item)});
+}
+
+const std::string& Dictionary::Item(const DictKey& key) {
+  const int32_t position = Find(key);
+  if (position >= 0) return entries_[position].item;
+  Append(key, std::string());
   return entries_.back().item;
 }
 
 void Dictionary::SetItem(const DictKey& key, std::string item) {
-  auto it = index_.find(key);
-  if (it != index_.end()) {
-    entries_[it->second].item = std::move(item);
+  const int32_t position = Find(key);
+  if (position >= 0) {
+    entries_[position].item = std::move(item);
     return;
   }
-  index_.emplace(key, Count());
-  entries_.push_back(Entry{key, std::move(item)});
+  Append(key, std::move(item));
 }
 
 void Dictionary::Add(const DictKey& key, std::string item) {
-  if (Exists(key)) Raise(kKeyAlreadyAssociated);
-  index_.emplace(key, Count());
-  entries_.push_back(Entry{key, std::move(item)});
+  if (Find(key) >= 0) Raise(kKeyAlreadyAssociated);
+  Append(key, std::move(item));
 }
 
 const DictKey& Dictionary::KeyAt(int32_t index) const {
@@ -50,6 +66,7 @@ const std::string& Dictionary::ItemAt(int32_t index) const {
 void Dictionary::RemoveAll() {
   entries_.clear();
   index_.clear();
+  dense_count_ = 0;
 }
 
 }  // namespace vb

@@ -33,7 +33,8 @@ class DictKey {
   std::string ToText() const;
 
   bool operator==(const DictKey& o) const {
-    return is_long_ == o.is_long_ && long_value_ == o.long_value_ && string_value_ == o.string_value_;
+    return is_long_ == o.is_long_ && long_value_ == o.long_value_ &&
+           string_value_ == o.string_value_;
   }
 
   struct Hash {
@@ -55,11 +56,15 @@ class Dictionary {
   // Item get: the item of `key`, adding the key with an empty item when absent.
   const std::string& Item(const DictKey& key);
   const std::string& Item(int32_t long_key) { return Item(DictKey::Long(long_key)); }
-  const std::string& Item(const std::string& string_key) { return Item(DictKey::String(string_key)); }
+  const std::string& Item(const std::string& string_key) {
+    return Item(DictKey::String(string_key));
+  }
 
   // Item let: replaces the item of `key`, adding the key when absent.
   void SetItem(const DictKey& key, std::string item);
-  void SetItem(int32_t long_key, std::string item) { SetItem(DictKey::Long(long_key), std::move(item)); }
+  void SetItem(int32_t long_key, std::string item) {
+    SetItem(DictKey::Long(long_key), std::move(item));
+  }
 
   // Adds a new key; raises error 457 when the key is present.
   void Add(const DictKey& key, std::string item);
@@ -68,7 +73,7 @@ class Dictionary {
     Add(DictKey::String(string_key), std::move(item));
   }
 
-  bool Exists(const DictKey& key) const { return index_.count(key) != 0; }
+  bool Exists(const DictKey& key) const { return Find(key) >= 0; }
 
   // Keys()(i) and Items()(i): 0-based position in insertion order.
   const DictKey& KeyAt(int32_t index) const;
@@ -81,7 +86,16 @@ class Dictionary {
     DictKey key;
     std::string item;
   };
+  // Position of `key`, -1 when absent.
+  int32_t Find(const DictKey& key) const;
+  // Appends an entry for a key that Find() did not find.
+  void Append(const DictKey& key, std::string item);
+
   std::vector<Entry> entries_;
+  // Line dictionaries are keyed 1..n in order. Such a dense prefix is found
+  // by position alone: entries_[0 .. dense_count_ - 1] hold the Long keys
+  // 1 .. dense_count_ and are not in index_; every later entry is.
+  int32_t dense_count_ = 0;
   std::unordered_map<DictKey, int32_t, DictKey::Hash> index_;
 };
 
