@@ -1,0 +1,140 @@
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "chm/chm_test_support.h"
+#include "chm/help_compiler.h"
+#include "infra/file_system.h"
+#include "infra/posix_platform.h"
+
+namespace folioscope {
+namespace {
+
+using chm_testing::ChmTest;
+using chm_testing::ScopedEnv;
+using chm_testing::WriteBytes;
+
+const char kMissing[] =
+    "hhc.exe wurde nicht gefunden. Der CHM-Report kann nicht kompiliert werden.";
+
+class ChmCompileTest : public ChmTest {
+ protected:
+  void SetUp() override {
+    AddModule("Kasse", {{"Buche", "Public", 1010}});
+    fake_compiler_ = root_ / "bin" / "fakehhc";
+    WriteBytes(fake_compiler_, "#!/bin/sh\nexit 0\n");
+    std::filesystem::permissions(fake_compiler_, std::filesystem::perms::owner_all);
+  }
+  // A compiler run that writes `chm_bytes` as the help file (nothing when
+  // empty) and keeps the batch file it found.
+  void AnswerRuns(const std::string& chm_bytes) {
+    platform_.on_run = [this, chm_bytes](const RecordingPlatform::ProgramRun& run) {
+      batch_seen_ = chm_testing::ReadBytes(OutDir() / "compile.bat");
+      derived_seen_ = chm_testing::ReadBytes(OutDir() / kChmcmdProjectName);
+      if (!chm_bytes.empty())
+        WriteBytes(std::filesystem::path(run.working_folder) / "Kasse.chm", chm_bytes);
+      return 0;
+    };
+  }
+  std::filesystem::path fake_compiler_;
+  std::string batch_seen_;
+  std::string derived_seen_;
+};
+
+TEST_F(ChmCompileTest, WithoutCompilerEveryFileStaysAndTheRunIsLogged) {
+  ScopedEnv env("FOLIOSCOPE_HHC", (root_ / "bin" / "missing").string());
+  SetWord("DelFilesAfterCHMCompiling", 1);
+  auto report = MakeReport();
+  EXPECT_EQ(report->SaveCHMReportSystem(0), 0);
+  for (const char* name : {"Project.hhp", "Map_Test.h", "alias_test.h", "Table of Contents.hhc",
+                           "Projekt.htm", "Kasse.htm", "style.css"}) {
+    EXPECT_TRUE(OutHas(name)) << name;
+  }
+  EXPECT_FALSE(OutHas("compile.bat"));
+  EXPECT_TRUE(platform_.program_runs.empty());
+  EXPECT_TRUE(Logged(AppDir().string() + "/" + kMissing, 3));
+  for (const auto& box : platform_.message_boxes)
+    EXPECT_EQ(box.text.find(kMissing), std::string::npos);
+  EXPECT_FALSE(report->chm_mode());
+}
+
+TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchFile) {
+  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
+  SetWord("DelFilesAfterCHMCompiling", 2);
+  AnswerRuns("ITSF");
+  auto report = MakeReport();
+  report->SaveCHMReportSystem(0);
+
+  ASSERT_EQ(platform_.program_runs.size(), 1u);
+  const auto& run = platform_.program_runs[0];
+  EXPECT_EQ(run.working_folder, OutDir().string());
+  EXPECT_TRUE(run.pump_messages);
+  ASSERT_EQ(run.argv.size(), 3u);
+  EXPECT_NE(run.argv[2].find(ShellQuote(fake_compiler_.string()) + " '" + kChmcmdProjectName + "'"),
+            std::string::npos);
+  const std::string folder = OutDir().string();
+  EXPECT_EQ(batch_seen_, "cd \\\r\n" + folder.substr(0, 2) + "\r\ncd " + folder +
+                             "\r\nhhc.exe Project.hhp\r\n\r\n");
+  EXPECT_NE(derived_seen_.find("Kasse_Buche = Kasse_Buche.htm"), std::string::npos);
+
+  EXPECT_TRUE(Logged("CHM-Datei wird vorbereitet und kompiliert.", 1));
+  EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport wurde erfolgreich erstellt.", 1));
+  EXPECT_EQ(events_.works.back(), "Compilieren der CHM-Datei...");
+  EXPECT_FALSE(OutHas("compile.bat"));
+  EXPECT_FALSE(OutHas(kChmcmdProjectName));
+  for (const char* name : {"Project.hhp", "Map_Test.h", "Projekt.htm", "style.css", "Kasse.chm"}) {
+    EXPECT_TRUE(OutHas(name)) << name;
+  }
+  // Help-file mode ends with the run: a later web report is a plain one.
+  EXPECT_FALSE(report->chm_mode());
+}
+
+TEST_F(ChmCompileTest, DeletionAfterCompilingLeavesTheHelpFileAndOtherResources) {
+  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
+  SetWord("DelFilesAfterCHMCompiling", 1);
+  AnswerRuns("ITSF");
+  WriteBytes(OutDir() / "notes.txt", "kept");
+  WriteBytes(OutDir() / "bild.JPG", "gone");
+  auto report = MakeReport();
+  report->SaveCHMReportSystem(0);
+  std::vector<std::string> left;
+  for (const auto& e : std::filesystem::directory_iterator(OutDir())) {
+    left.push_back(e.path().filename().string());
+  }
+  std::sort(left.begin(), left.end());
+  EXPECT_EQ(left, (std::vector<std::string>{"Kasse.chm", "logo.gif", "notes.txt"}));
+}
+
+TEST_F(ChmCompileTest, MissingHelpFileIsReportedAsAFailedCompile) {
+  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
+  SetWord("DelFilesAfterCHMCompiling", 1);
+  AnswerRuns("");
+  auto report = MakeReport();
+  report->SaveCHMReportSystem(0);
+  EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport konnte nicht erfolgreich kompiliert werden.", 3));
+  EXPECT_FALSE(OutHas("Projekt.htm"));  // deleted even after a failed compile
+  EXPECT_FALSE(OutHas("compile.bat"));
+}
+
+// The real compiler, when this machine has it: the help file holds the
+// pages, the contents and the context map.
+TEST_F(ChmCompileTest, RealCompilerBuildsTheHelpFile) {
+  if (FindHelpCompiler().empty()) GTEST_SKIP() << "no chmcmd on PATH and no $FOLIOSCOPE_HHC";
+  PosixPlatform runner(&platform_.registry, AppDir().string());
+  platform_.on_run = [&runner](const RecordingPlatform::ProgramRun& run) {
+    return runner.RunAndWait(run.argv, run.working_folder, false);
+  };
+  auto report = MakeReport();
+  report->SaveCHMReportSystem(0);
+  ASSERT_TRUE(OutHas("Kasse.chm")) << "chmcmd did not produce the help file";
+  const std::string chm = chm_testing::ReadBytes(OutDir() / "Kasse.chm");
+  for (const char* entry :
+       {"/Projekt.htm", "/Kasse.htm", "/Kasse_Buche.htm", "/Table of Contents.hhc", "/#IVB"}) {
+    EXPECT_NE(chm.find(entry), std::string::npos) << entry;
+  }
+  EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport wurde erfolgreich erstellt.", 1));
+}
+
+}  // namespace
+}  // namespace folioscope
