@@ -67,19 +67,20 @@ for n in "${sizes[@]}"; do
     env FOLIOSCOPE_HHC="$no_compiler" \
     "$folioscope" "${common[@]}" chm "$project/Grossprojekt.vbp" -o "$work/chm$n"
 
-  read -r floor_files floor_bytes floor_s < <(
+  read -r floor_files floor_bytes floor_s floor_cpu < <(
     "$build/write_floor" "$work/report$n" "$work/floor$n" 2>/dev/null |
       sed 's/[a-z_]*=//g')
-  read -r chm_floor_files chm_floor_bytes chm_floor_s < <(
+  read -r chm_floor_files chm_floor_bytes chm_floor_s chm_floor_cpu < <(
     "$build/write_floor" "$work/chm$n" "$work/floor$n" 2>/dev/null |
       sed 's/[a-z_]*=//g')
   rm -rf "$work/floor$n"
 
-  read -r r_wall r_user r_sys r_rss <"$work/report$n.time"
-  read -r c_wall c_user c_sys c_rss <"$work/chm$n.time"
+  # /usr/bin/time puts "Command exited with non-zero status" above the figures.
+  read -r r_wall r_user r_sys r_rss < <(tail -n 1 "$work/report$n.time")
+  read -r c_wall c_user c_sys c_rss < <(tail -n 1 "$work/chm$n.time")
   results+=("$n $source_bytes $(cat "$work/report$n.status") $r_wall $r_user $r_sys $r_rss \
 $floor_files $floor_bytes $floor_s $(cat "$work/chm$n.status") $c_wall $c_user $c_sys $c_rss \
-$chm_floor_files $chm_floor_s")
+$chm_floor_files $chm_floor_s $floor_cpu $chm_floor_cpu")
 done
 
 printf '%s\n' "${results[@]}" | awk '
@@ -89,18 +90,20 @@ function ratio(a, b) { return b > 0 ? sprintf("%.2f", a / b) : "n/a" }
   printf "\n== %d modules: source %.1f MB\n", n, src / 1e6
   printf "report  exit %d  wall %.3f s  cpu %.3f s  peak RSS %.1f MB  files %d  output %.1f MB\n",
          $3, $4, $5 + $6, $7 / 1024, $8, $9 / 1e6
-  printf "        write floor %.3f s  report/floor %s  peak RSS/source %s\n",
-         $10, ratio($4, $10), ratio($7 * 1024, src)
+  printf "        write floor %.3f s (cpu %.3f s)  report/floor %s (cpu %s)  peak RSS/source %s\n",
+         $10, $18, ratio($4, $10), ratio($5 + $6, $18), ratio($7 * 1024, src)
   printf "chm     exit %d  wall %.3f s  cpu %.3f s  peak RSS %.1f MB  files %d\n",
          $11, $12, $13 + $14, $15 / 1024, $16
-  printf "        write floor %.3f s  chm/floor %s  peak RSS/source %s\n",
-         $17, ratio($12, $17), ratio($15 * 1024, src)
+  printf "        write floor %.3f s (cpu %.3f s)  chm/floor %s (cpu %s)  peak RSS/source %s\n",
+         $17, $19, ratio($12, $17), ratio($13 + $14, $19), ratio($15 * 1024, src)
   wall[n] = $4; cwall[n] = $12; floor[n] = $10; rss[n] = $7 * 1024; source[n] = src
+  cpu[n] = $5 + $6; ccpu[n] = $13 + $14; fcpu[n] = $18
 }
 END {
   if ((1000 in wall) && (3000 in wall)) {
-    printf "\ngrowth 1,000 -> 3,000 modules: report %s x, chm %s x, floor %s x\n",
-           ratio(wall[3000], wall[1000]), ratio(cwall[3000], cwall[1000]),
+    printf "\ngrowth 1,000 -> 3,000 modules: report %s x (cpu %s x), chm %s x (cpu %s x), floor %s x\n",
+           ratio(wall[3000], wall[1000]), ratio(cpu[3000], cpu[1000]),
+           ratio(cwall[3000], cwall[1000]), ratio(ccpu[3000], ccpu[1000]),
            ratio(floor[3000], floor[1000])
   }
   if (3000 in wall) {
