@@ -63,6 +63,36 @@ bool ListedIn(const std::vector<std::string>& files, const std::string& name) {
   return false;
 }
 
+// The pages that the frame sets among `pages` show (their <frame src=...>).
+std::vector<std::string> FramedPages(const std::string& folder,
+                                     const std::vector<std::string>& pages) {
+  std::vector<std::string> framed;
+  for (const std::string& page : pages) {
+    const std::string path = folder + "/" + ResolveFileName(folder, page);
+    std::error_code ec;
+    if (!fs::is_regular_file(path, ec)) continue;
+    const std::string text = ReadFileText(path);
+    const std::string lower = vb::LCase(text);
+    for (size_t at = lower.find("<frame"); at != std::string::npos;
+         at = lower.find("<frame", at + 1)) {
+      const size_t end = lower.find('>', at);
+      const size_t src = lower.find("src=", at);
+      if (src == std::string::npos || (end != std::string::npos && src > end)) continue;
+      size_t start = src + 4;
+      const char quote = start < text.size() ? text[start] : '\0';
+      const bool quoted = quote == '"' || quote == '\'';
+      if (quoted) ++start;
+      size_t stop = start;
+      while (stop < text.size() &&
+             (quoted ? text[stop] != quote : text[stop] != ' ' && text[stop] != '>')) {
+        ++stop;
+      }
+      framed.push_back(text.substr(start, stop - start));
+    }
+  }
+  return framed;
+}
+
 }  // namespace
 
 std::string FindHelpCompiler() {
@@ -118,6 +148,14 @@ std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
     }
     if (name == "FILES" && files_header == std::string::npos) files_header = out.size();
     out.push_back(line);
+  }
+  // chmcmd's own page scan does not follow frames: the pages that a listed
+  // frame set shows are listed as well.
+  for (const std::string& page : FramedPages(folder, listed)) {
+    std::error_code ec;
+    if (fs::is_regular_file(fs::path(folder) / ResolveFileName(folder, page), ec)) {
+      targets.push_back(page);
+    }
   }
   std::vector<std::string> missing;
   for (const std::string& target : targets) {

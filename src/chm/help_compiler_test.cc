@@ -54,6 +54,16 @@ TEST_F(HelpCompilerTest, DerivedProjectInlinesHeadersAndListsAliasTargets) {
             "[OPTIONS]\r\n#include x.h\r\n[ALIAS]\r\n");
 }
 
+TEST_F(HelpCompilerTest, DerivedProjectListsThePagesOfListedFrameSets) {
+  WriteBytes(dir_ / "_Index.htm",
+             "<FRAMESET><FRAME name=\"Oben\" src=\"Logo.htm\" noresize>"
+             "<frame SRC='Menu.htm'><FRAME src=Gone.htm></FRAMESET>");
+  WriteBytes(dir_ / "Logo.htm", "logo");
+  WriteBytes(dir_ / "Menu.htm", "menu");
+  EXPECT_EQ(ChmcmdProjectText(dir_.string(), "[FILES]\r\n_Index.htm\r\nMenu.htm"),
+            "[FILES]\r\nLogo.htm\r\n_Index.htm\r\nMenu.htm\r\n");
+}
+
 TEST_F(HelpCompilerTest, WildcardsMatchLikeTheWindowsFileFunctions) {
   struct Case {
     const char* name;

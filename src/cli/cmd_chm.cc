@@ -1,0 +1,80 @@
+// folioscope chm PROJECT.vbp -o DIR [--module NAME [--member NAME]]
+//
+// Builds the compiled help file of a VB6 project in DIR: the whole project
+// (SaveMode 0), one module (--module, SaveMode 1) or one member of it
+// (--module and --member, SaveMode 2). The exit status is 1 when no
+// <project name>.chm came out, whatever the reason.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "cli/host.h"
+#include "engine/folioscope.h"
+#include "infra/text_encoding.h"
+#include "model/vb6_reader.h"
+
+namespace folioscope {
+namespace {
+
+struct ChmOptions {
+  std::string project;
+  std::string output;
+  std::string module;
+  std::string member;
+};
+
+int32_t SaveModeOf(const ChmOptions& options) {
+  if (!options.member.empty()) return 2;
+  if (!options.module.empty()) return 1;
+  return 0;
+}
+
+bool HelpFileWritten(const std::string& folder, const std::string& project_name) {
+  std::error_code ec;
+  const std::filesystem::path chm = std::filesystem::path(folder) / (project_name + ".chm");
+  return std::filesystem::is_regular_file(chm, ec) && std::filesystem::file_size(chm, ec) > 0;
+}
+
+void RunChm(Host& host, const ChmOptions& options) {
+  if (!options.member.empty() && options.module.empty()) {
+    host.Fail(kExitUsage, "--member needs --module");
+    return;
+  }
+  if (!host.Start()) return;
+  ProjectReadResult read = ReadProject(options.project);
+  for (const ReaderDiagnostic& d : read.diagnostics) {
+    std::cerr << Cp1252ToUtf8(d.ToText()) << '\n';
+  }
+  if (!read.project) {
+    host.exit_status = kExitUsage;
+    return;
+  }
+  CFolioscope report;
+  report.Projekt = read.project.get();
+  report.PlainPath = options.output;
+  report.ProjektName = read.project->Name;
+  report.ModuleName = options.module;
+  report.MemberName = options.member;
+  report.SaveCHMReportSystem(SaveModeOf(options));
+  host.exit_status = host.FinalStatus();
+  if (!report.Ready() || !HelpFileWritten(report.PlainPath, read.project->Name)) {
+    host.exit_status = kExitFailed;
+  }
+}
+
+void Setup(CLI::App& app, Host& host) {
+  auto options = std::make_shared<ChmOptions>();
+  CLI::App* cmd = app.add_subcommand("chm", "Compiled HTML Help file of a VB6 project");
+  cmd->add_option("PROJECT", options->project, "The project file (.vbp)")->required();
+  cmd->add_option("-o,--output", options->output, "Output folder")->required();
+  cmd->add_option("--module", options->module, "Only this module");
+  cmd->add_option("--member", options->member, "Only this member of --module");
+  cmd->callback([&host, options] { RunChm(host, *options); });
+}
+
+CommandRegistration reg(&Setup);
+
+}  // namespace
+}  // namespace folioscope
