@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <set>
 #include <string>
 
 #include "chm/chm_test_support.h"
@@ -25,13 +24,6 @@ class HelpCompilerTest : public ::testing::Test {
     std::filesystem::create_directories(dir_);
   }
   ~HelpCompilerTest() override { std::filesystem::remove_all(dir_); }
-  std::set<std::string> Files() const {
-    std::set<std::string> names;
-    for (const auto& e : std::filesystem::directory_iterator(dir_)) {
-      names.insert(e.path().filename().string());
-    }
-    return names;
-  }
   std::filesystem::path dir_;
 };
 
@@ -84,33 +76,6 @@ TEST_F(HelpCompilerTest, WildcardsMatchLikeTheWindowsFileFunctions) {
   for (const Case& c : cases) {
     EXPECT_EQ(WildcardMatch(c.name, c.pattern), c.match) << c.name << " ~ " << c.pattern;
   }
-}
-
-TEST_F(HelpCompilerTest, DeletionTakesOnlyMatchingFilesAndResolvesNamesWithoutCase) {
-  for (const char* name : {"a.htm", "b.HTM", "c.hhc", "Kasse.chm", "logo.gif"}) {
-    WriteBytes(dir_ / name, "x");
-  }
-  std::filesystem::create_directories(dir_ / "sub.htm");
-  DeleteMatchingFiles(dir_.string(), "*.htm");
-  DeleteMatchingFiles(dir_.string(), "*.jpg");  // nothing to delete
-  EXPECT_EQ(Files(), (std::set<std::string>{"c.hhc", "Kasse.chm", "logo.gif", "sub.htm"}));
-  EXPECT_EQ(ResolveFileName(dir_.string(), "KASSE.chm"), "Kasse.chm");
-  EXPECT_EQ(ResolveFileName(dir_.string(), "none.h"), "none.h");
-}
-
-TEST_F(HelpCompilerTest, CompilerIsFoundThroughTheEnvironment) {
-  const std::filesystem::path fake = dir_ / "fakehhc";
-  WriteBytes(fake, "#!/bin/sh\n");
-  {
-    chm_testing::ScopedEnv env("FOLIOSCOPE_HHC", fake.string());
-    EXPECT_EQ(FindHelpCompiler(), "");  // not executable
-    std::filesystem::permissions(fake, std::filesystem::perms::owner_all);
-    EXPECT_EQ(FindHelpCompiler(), fake.string());
-  }
-  chm_testing::ScopedEnv env("FOLIOSCOPE_HHC", "fakehhc");
-  chm_testing::ScopedEnv path("PATH", "/nonexistent:" + dir_.string());
-  EXPECT_EQ(FindHelpCompiler(), dir_.string() + "/fakehhc");
-  EXPECT_EQ(ShellQuote("it's"), "'it'\\''s'");
 }
 
 }  // namespace
