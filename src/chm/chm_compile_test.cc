@@ -63,6 +63,7 @@ TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchF
   ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
   SetWord("DelFilesAfterCHMCompiling", 2);
   AnswerRuns("ITSF");
+  WriteBytes(OutDir() / "hhc.exe", "MZ");  // a compiler copy left next to the pages
   auto report = MakeReport();
   report->SaveCHMReportSystem(0);
 
@@ -82,6 +83,7 @@ TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchF
   EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport wurde erfolgreich erstellt.", 1));
   EXPECT_EQ(events_.works.back(), "Compilieren der CHM-Datei...");
   EXPECT_FALSE(OutHas("compile.bat"));
+  EXPECT_FALSE(OutHas("hhc.exe"));
   EXPECT_FALSE(OutHas(kChmcmdProjectName));
   for (const char* name : {"Project.hhp", "Map_Test.h", "Projekt.htm", "style.css", "Kasse.chm"}) {
     EXPECT_TRUE(OutHas(name)) << name;
