@@ -6,4 +6,5 @@ cd "$(dirname "$0")"
 scripts/install-deps.sh
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Release
 cmake --build build
-./build/folioscope --registry build/registry.reg config list
+./build/folioscope --registry build/registry.reg report examples/Kontor/Kontor.vbp -o build/report
+echo "Open the sample report: build/report/_Index.htm"
