@@ -192,15 +192,15 @@ class ChmTest : public ::testing::Test {
     header->HelpContextId = 99;
     header->CodeLines.Add(1, "Option Explicit");
     module->Members.Add(std::move(header), "Header");
-    for (const MemberSpec& spec : members) {
+    for (const MemberSpec& m : members) {
       auto member = std::make_unique<SourceMember>();
-      member->Name = spec.name;
+      member->Name = m.name;
       member->Kind = "Sub";
-      member->Scope = spec.scope;
-      member->HelpContextId = spec.context;
-      member->CodeLines.Add(1, spec.scope + " Sub " + spec.name + "()");
+      member->Scope = m.scope;
+      member->HelpContextId = m.context;
+      member->CodeLines.Add(1, m.scope + " Sub " + m.name + "()");
       member->CodeLines.Add(2, "End Sub");
-      module->Members.Add(std::move(member), spec.name);
+      module->Members.Add(std::move(member), m.name);
     }
     return project_.Modules.Add(std::move(module), name);
   }
