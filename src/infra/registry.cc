@@ -63,8 +63,8 @@ int32_t CRegistry::ReadRegWord(uint32_t hKey, const std::string& KeyName,
   return static_cast<int32_t>(n);
 }
 
-void CRegistry::SaveRegWord(uint32_t hKey, const std::string& KeyName,
-                            const std::string& ValueName, int32_t Value) {
+void CRegistry::SaveRegWord(uint32_t hKey, const std::string& KeyName, const std::string& ValueName,
+                            int32_t Value) {
   SettingsBackend& b = Backend();
   if (!b.CreateKey(hKey, KeyName)) return;
   uint32_t n = static_cast<uint32_t>(Value);
@@ -83,68 +83,75 @@ void CRegistry::DeleteRegValue(uint32_t hKey, const std::string& KeyName,
   if (b.KeyExists(hKey, KeyName)) b.DeleteValue(hKey, KeyName, ValueName);
 }
 
-int32_t CRegistry::SubKeyCount(uint32_t hKey, const std::string& KeyName) {
-  SettingsBackend& b = Backend();
-  if (!b.KeyExists(hKey, KeyName)) return 0;
+namespace {
+
+// The registry enumerations: `enumerate(i)` gives the entry at 0-based i or
+// nothing past the end; pending messages run after each successful step.
+template <typename Enumerate>
+int32_t CountEntries(Enumerate enumerate) {
   int32_t count = 0;
-  while (b.EnumKey(hKey, KeyName, static_cast<uint32_t>(count))) {
+  while (enumerate(static_cast<uint32_t>(count))) {
     ++count;
     CurrentPlatform().PumpMessages();
   }
   return count;
 }
 
-std::string CRegistry::SubKeyName(uint32_t hKey, const std::string& KeyName, int32_t Index) {
-  if (Index < 1) return "";
-  SettingsBackend& b = Backend();
-  if (!b.KeyExists(hKey, KeyName)) return "";
+// The entry at 1-based `Index`, walking from the first as RegEnum* callers
+// do; nothing for Index < 1 or past the end.
+template <typename Enumerate>
+auto EntryAt(Enumerate enumerate, int32_t Index) -> decltype(enumerate(0u)) {
+  if (Index < 1) return std::nullopt;
   for (int32_t counter = 1;; ++counter) {
-    auto name = b.EnumKey(hKey, KeyName, static_cast<uint32_t>(counter - 1));
-    if (!name) return "";
+    auto entry = enumerate(static_cast<uint32_t>(counter - 1));
+    if (!entry) return std::nullopt;
     CurrentPlatform().PumpMessages();
-    if (counter == Index) return EnumName(*name);
+    if (counter == Index) return entry;
   }
+}
+
+}  // namespace
+
+int32_t CRegistry::SubKeyCount(uint32_t hKey, const std::string& KeyName) {
+  SettingsBackend& b = Backend();
+  if (!b.KeyExists(hKey, KeyName)) return 0;
+  return CountEntries([&](uint32_t i) { return b.EnumKey(hKey, KeyName, i); });
+}
+
+std::string CRegistry::SubKeyName(uint32_t hKey, const std::string& KeyName, int32_t Index) {
+  SettingsBackend& b = Backend();
+  if (Index < 1 || !b.KeyExists(hKey, KeyName)) return "";
+  auto name = EntryAt([&](uint32_t i) { return b.EnumKey(hKey, KeyName, i); }, Index);
+  return name ? EnumName(*name) : "";
 }
 
 int32_t CRegistry::SubValueCount(uint32_t hKey, const std::string& KeyName) {
   SettingsBackend& b = Backend();
   if (!b.KeyExists(hKey, KeyName)) return 0;
-  int32_t count = 0;
-  while (b.EnumValue(hKey, KeyName, static_cast<uint32_t>(count))) {
-    ++count;
-    CurrentPlatform().PumpMessages();
-  }
-  return count;
+  return CountEntries([&](uint32_t i) { return b.EnumValue(hKey, KeyName, i); });
 }
 
 std::string CRegistry::SubValueName(uint32_t hKey, const std::string& KeyName, int32_t Index) {
-  if (Index < 1) return "";
   SettingsBackend& b = Backend();
-  if (!b.KeyExists(hKey, KeyName)) return "";
-  for (int32_t counter = 1;; ++counter) {
-    auto entry = b.EnumValue(hKey, KeyName, static_cast<uint32_t>(counter - 1));
-    if (!entry) return "";
-    CurrentPlatform().PumpMessages();
-    if (counter == Index) return EnumName(entry->first);
-  }
+  if (Index < 1 || !b.KeyExists(hKey, KeyName)) return "";
+  auto entry = EntryAt([&](uint32_t i) { return b.EnumValue(hKey, KeyName, i); }, Index);
+  return entry ? EnumName(entry->first) : "";
 }
 
 std::string CRegistry::SubValueType(uint32_t hKey, const std::string& KeyName, int32_t Index) {
-  if (Index < 1) return "";
   SettingsBackend& b = Backend();
-  if (!b.KeyExists(hKey, KeyName)) return "";
-  for (int32_t counter = 1;; ++counter) {
-    auto entry = b.EnumValue(hKey, KeyName, static_cast<uint32_t>(counter - 1));
-    if (!entry) return "";
-    CurrentPlatform().PumpMessages();
-    if (counter == Index) {
-      switch (entry->second.type) {
-        case kRegSz: return "UNI";
-        case kRegBinary: return "BIN";
-        case kRegDword: return "WRD";
-        default: return "";
-      }
-    }
+  if (Index < 1 || !b.KeyExists(hKey, KeyName)) return "";
+  auto entry = EntryAt([&](uint32_t i) { return b.EnumValue(hKey, KeyName, i); }, Index);
+  if (!entry) return "";
+  switch (entry->second.type) {
+    case kRegSz:
+      return "UNI";
+    case kRegBinary:
+      return "BIN";
+    case kRegDword:
+      return "WRD";
+    default:
+      return "";
   }
 }
 
