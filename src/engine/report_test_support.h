@@ -28,6 +28,7 @@
 #include "infra/recording_platform.h"
 #include "infra/registry.h"
 #include "model/source_model.h"
+#include "reportsets/winapi_crypt.h"
 
 namespace folioscope {
 
@@ -57,24 +58,10 @@ class CFolioscopeTestPeer {
 
 namespace report_testing {
 
-// The template cipher: RC4 keyed with the first five bytes of MD5("kelp")
-// followed by eleven zero bytes. Encrypting and decrypting are the same.
+// Encrypts a plain report-set file with the template password, as the
+// build step does for the shipped sets.
 inline std::string TemplateCipher(const std::string& text) {
-  const uint8_t key[16] = {0xc4, 0x0c, 0x69, 0x77, 0x9e, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-  uint8_t s[256];
-  for (int i = 0; i < 256; ++i) s[i] = static_cast<uint8_t>(i);
-  for (int i = 0, j = 0; i < 256; ++i) {
-    j = (j + s[i] + key[i % 16]) & 0xff;
-    std::swap(s[i], s[j]);
-  }
-  std::string out = text;
-  for (size_t n = 0, i = 0, j = 0; n < out.size(); ++n) {
-    i = (i + 1) & 0xff;
-    j = (j + s[i]) & 0xff;
-    std::swap(s[i], s[j]);
-    out[n] = static_cast<char>(static_cast<uint8_t>(out[n]) ^ s[(s[i] + s[j]) & 0xff]);
-  }
-  return out;
+  return CWinAPICrypt().EncryptString(text, kTemplatePassword);
 }
 
 inline void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
