@@ -1,0 +1,168 @@
+// DispatchObject<I>: the base of every COM class of the server. It gives a
+// dual interface I (declared in the type library) its IUnknown, its
+// IDispatch (through the ITypeInfo of I in the DLL's embedded type library,
+// so late-bound callers reach exactly the vtable methods early-bound callers
+// call) and ISupportErrorInfo for I. The derived class implements the
+// methods of I, each body wrapped in Guard().
+//
+// Objects start with one reference, owned by whoever called `new`; every
+// live object counts for DllCanUnloadNow. Apartment-threaded: one object is
+// used by one thread, but the counts are atomic anyway.
+#ifndef FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
+#define FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
+
+#include <oaidl.h>
+#include <oleauto.h>
+#include <windows.h>
+
+#include <atomic>
+
+#include "com/com_support.h"
+
+namespace folioscope::com {
+
+// A private interface id through which the server recognises its own
+// objects when a caller hands one back (for example a CFSCommunicator given
+// to CFSDataLogger). Never registered; QueryInterface for it answers the
+// object's ComObjectRoot.
+// {6B1F3C52-3E0A-4B8E-9C0D-51A7E2F94C01}
+inline constexpr IID kIidComObjectRoot = {
+    0x6b1f3c52, 0x3e0a, 0x4b8e, {0x9c, 0x0d, 0x51, 0xa7, 0xe2, 0xf9, 0x4c, 0x01}};
+
+class ComObjectRoot {
+ public:
+  virtual ~ComObjectRoot() = default;
+};
+
+// The server's own object behind `unknown` as a T, or nullptr when `unknown`
+// is null, foreign, or another class. The pointer is borrowed: it stays
+// valid as long as the caller's reference to `unknown`.
+template <class T>
+T* ImplementationOf(IUnknown* unknown) {
+  if (unknown == nullptr) return nullptr;
+  void* root = nullptr;
+  if (FAILED(unknown->QueryInterface(kIidComObjectRoot, &root)) || root == nullptr) return nullptr;
+  T* object = dynamic_cast<T*>(static_cast<ComObjectRoot*>(root));
+  unknown->Release();  // QueryInterface's reference; the caller's keeps it alive.
+  return object;
+}
+
+template <class I>
+class DispatchObject : public I, public ISupportErrorInfo, public ComObjectRoot {
+ public:
+  // `iid` is the IID of I (a widl IID_ constant, which outlives the object);
+  // `class_name` names the class in error sources ("VBFolioscope.<name>").
+  DispatchObject(const IID& iid, const char* class_name) : iid_(iid), class_name_(class_name) {
+    ObjectCreated();
+  }
+  DispatchObject(const DispatchObject&) = delete;
+  DispatchObject& operator=(const DispatchObject&) = delete;
+
+  // --- IUnknown ---
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) ||
+        IsEqualIID(riid, iid_)) {
+      *object = static_cast<I*>(this);
+    } else if (IsEqualIID(riid, IID_ISupportErrorInfo)) {
+      *object = static_cast<ISupportErrorInfo*>(this);
+    } else if (IsEqualIID(riid, kIidComObjectRoot)) {
+      *object = static_cast<ComObjectRoot*>(this);
+    } else {
+      *object = QueryFurtherInterface(riid);
+    }
+    if (*object == nullptr) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  // --- IDispatch ---
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    if (count == nullptr) return E_POINTER;
+    *count = 1;
+    return S_OK;
+  }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+    if (info == nullptr) return E_POINTER;
+    *info = nullptr;
+    if (index != 0) return DISP_E_BADINDEX;
+    return TypeInfoOf(iid_, info);
+  }
+
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID,
+                                          DISPID* ids) override {
+    if (!IsEqualIID(riid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
+    ITypeInfo* info = nullptr;
+    HRESULT hr = TypeInfoOf(iid_, &info);
+    if (FAILED(hr)) return hr;
+    hr = DispGetIDsOfNames(info, names, count, ids);
+    info->Release();
+    return hr;
+  }
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID riid, LCID, WORD flags, DISPPARAMS* params,
+                                   VARIANT* result, EXCEPINFO* exception,
+                                   UINT* argument_error) override {
+    if (!IsEqualIID(riid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
+    ITypeInfo* info = nullptr;
+    HRESULT hr = TypeInfoOf(iid_, &info);
+    if (FAILED(hr)) return hr;
+    SetErrorInfo(0, nullptr);
+    hr = info->Invoke(static_cast<I*>(this), id, flags, params, result, exception, argument_error);
+    info->Release();
+    if (hr == DISP_E_EXCEPTION) FillException(exception);
+    return hr;
+  }
+
+  // --- ISupportErrorInfo ---
+  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) override {
+    return IsEqualIID(riid, iid_) ? S_OK : S_FALSE;
+  }
+
+ protected:
+  ~DispatchObject() override { ObjectDestroyed(); }
+
+  // Further interfaces of the derived class (connection points, class
+  // information): the pointer for `riid`, or nullptr. QueryInterface adds
+  // the reference.
+  virtual void* QueryFurtherInterface(REFIID) { return nullptr; }
+
+  const char* class_name() const { return class_name_; }
+
+  // Guard() with this class's name.
+  template <class F>
+  HRESULT Guarded(F&& body) {
+    return Guard(class_name_, static_cast<F&&>(body));
+  }
+
+ private:
+  // The type-info dispatcher leaves the description to the caller's error
+  // object on some systems; copy it into EXCEPINFO so late-bound callers see
+  // the component's text.
+  static void FillException(EXCEPINFO* exception) {
+    if (exception == nullptr || exception->bstrDescription != nullptr) return;
+    IErrorInfo* error = nullptr;
+    if (GetErrorInfo(0, &error) != S_OK || error == nullptr) return;
+    if (exception->bstrSource == nullptr) error->GetSource(&exception->bstrSource);
+    error->GetDescription(&exception->bstrDescription);
+    error->Release();
+  }
+
+  std::atomic<ULONG> references_{1};
+  const IID& iid_;
+  const char* class_name_;
+};
+
+}  // namespace folioscope::com
+
+#endif  // FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
