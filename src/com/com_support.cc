@@ -1,7 +1,5 @@
 #include "com/com_support.h"
 
-#include <oaidl.h>
-
 #include <atomic>
 
 #include "infra/platform.h"

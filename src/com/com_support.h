@@ -10,7 +10,6 @@
 #ifndef FOLIOSCOPE_COM_COM_SUPPORT_H_
 #define FOLIOSCOPE_COM_COM_SUPPORT_H_
 
-#include <oleauto.h>
 #include <windows.h>
 
 #include <cstdint>

@@ -11,8 +11,6 @@
 #ifndef FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
 #define FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
 
-#include <oaidl.h>
-#include <oleauto.h>
 #include <windows.h>
 
 #include <atomic>
