@@ -5,6 +5,7 @@
 #include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
+#include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 #include "reportsets/profile_ini.h"
@@ -81,6 +82,15 @@ std::string MissingSetMessage(const std::string& set_name, const std::string& fo
          "gegebenenfalls neu.";
 }
 
+// A set folder is a folder below Res; a "Path" that leads elsewhere is not
+// looked at, and the set is left out.
+std::string RefusedSetMessage(const std::string& set_name, const std::string& set_path,
+                              const std::string& res_folder) {
+  return "Der Pfad '" + PrintableName(set_path) + "' des Report-Sets '" + PrintableName(set_name) +
+         "' f\xFChrt aus dem Ordner " + res_folder +
+         " heraus. Das Report-Set wird nicht aufgenommen.";
+}
+
 }  // namespace
 
 CReportSets::CReportSets() {
@@ -98,6 +108,10 @@ void CReportSets::GetReportSetValues() {
     const std::string section = "Set" + vb::CStr(i - 1);
     const std::string set_name = ReadIniKey(section, "Name", ini_file);
     const std::string set_path = ReadIniKey(section, "Path", ini_file);
+    if (!set_path.empty() && !IsSafeRelativePath(set_path)) {
+      AddLog(RefusedSetMessage(set_name, set_path, res_folder), kIconFailure);
+      continue;
+    }
     const std::string folder = res_folder + NativePath(set_path);
     if (!CFileSystem().IsOrdnerVorhanden(folder)) {
       const std::string message = MissingSetMessage(set_name, folder);

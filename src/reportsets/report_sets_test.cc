@@ -114,6 +114,26 @@ TEST_F(Catalogue, MissingSetFolderIsReportedAndLeavesNoGap) {
   EXPECT_EQ(log_.icons[0], kIconFailure);
 }
 
+TEST_F(Catalogue, SetPathsLeadingOutOfResAreLeftOut) {
+  app_.MakeFolder("Alpha");
+  std::filesystem::create_directories(app_.path() + "/Beta");  // beside Res, not in it
+  app_.WriteRes("IndexComment.ini",
+                "[Files]\r\n"
+                "[Set1]\r\nName=Raus\r\nPath=..\\Beta\r\nLanguages=Deutsch\r\n"
+                "[Set2]\r\nName=Absolut\r\nPath=" +
+                    app_.path() +
+                    "/Beta\r\nLanguages=Deutsch\r\n"
+                    "[Set3]\r\nName=A\r\nPath=Alpha\r\nLanguages=English\r\n");
+  CReportSets sets;
+  ASSERT_EQ(sets.Count(), 1);
+  EXPECT_EQ(sets.Item(0).QuellPath(), "Alpha");
+  ASSERT_EQ(log_.logs.size(), 2u);
+  EXPECT_EQ(log_.logs[0], "Der Pfad '..\\Beta' des Report-Sets 'Raus' f\xFChrt aus dem Ordner " +
+                              app_.res() + "/ heraus. Das Report-Set wird nicht aufgenommen.");
+  EXPECT_EQ(log_.icons[0], kIconFailure);
+  EXPECT_NE(log_.logs[1].find("'Absolut'"), std::string::npos);
+}
+
 TEST_F(Catalogue, AnUnreadSetSectionPointsAtUnbekannt) {
   app_.MakeFolder("Alpha");
   app_.WriteRes("IndexComment.ini",

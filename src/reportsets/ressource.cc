@@ -3,6 +3,7 @@
 #include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
+#include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/registry.h"
 #include "infra/vb_runtime.h"
@@ -35,6 +36,24 @@ std::string ReadWholeFile(const std::string& path) {
   } catch (const vb::RuntimeError&) {
     return std::string();
   }
+}
+
+// A report set names its files relative to Res; a name that leads out of
+// Res is refused with this line and never read.
+std::string RefusedNameMessage(const std::string& name, const std::string& res_folder) {
+  return "Der Dateiname '" + PrintableName(name) + "' des Report-Sets f\xFChrt aus dem Ordner " +
+         res_folder + " heraus. Die Datei wird nicht gelesen.";
+}
+
+// The file below Res that `name` denotes, read whole; "" when it cannot be
+// read or when the name leads out of Res (which is logged).
+std::string ReadResFile(const std::string& res_folder, const std::string& name) {
+  const std::optional<std::string> path = ResolveInside(res_folder, name);
+  if (!path) {
+    AddLog(RefusedNameMessage(name, res_folder), kIconFailure);
+    return std::string();
+  }
+  return ReadWholeFile(*path);
 }
 
 void ShowAndLog(const std::string& message) {
@@ -84,6 +103,10 @@ CRessource::CRessource() {
 bool CRessource::GetRessourceFileNames() {
   const std::string ini_file = IndexCommentIniPath();
   if (report_path_.empty()) return false;
+  if (!IsSafeRelativePath(report_path_)) {
+    AddLog(RefusedNameMessage(report_path_, ResFolder()), kIconFailure);
+    return false;
+  }
   if (!CFileSystem().IsDateiVorhanden(ini_file)) {
     ShowAndLog(
         "Die Initialisierungsdatei f\xFCr Report-Sets 'IndexComment.ini' konnte nicht geladen "
@@ -107,8 +130,9 @@ bool CRessource::GetRessourceContents() {
   std::string failures;
   for (int i = 0; i < 28; ++i) {
     const std::string key = "File" + vb::CStr(kLoadOrder[i]);
-    const std::string path = base + NativePath(file_names_.Item(key));
-    t_[i] = vb::Trim(crypt_.DecryptString(ReadWholeFile(path), ""));
+    const std::string name = file_names_.Item(key);
+    const std::string path = base + NativePath(PrintableName(name));
+    t_[i] = vb::Trim(crypt_.DecryptString(ReadResFile(base, name), ""));
     if (t_[CheckedPosition(i)].empty()) failures += path + "\r\n";
   }
   if (failures.empty()) return true;
@@ -125,7 +149,8 @@ bool CRessource::GetRessourceDescription() {
   const std::string path =
       ResFolder() + NativePath(report_path_) + kPathSeparator + "Description.dat";
   crypt_.SetPassword(kTemplatePassword);
-  const std::string text = vb::Trim(crypt_.DecryptString(ReadWholeFile(path), ""));
+  const std::string text = vb::Trim(
+      crypt_.DecryptString(ReadResFile(ResFolder(), report_path_ + "\\Description.dat"), ""));
   if (text.empty()) {
     ShowAndLog("Die Beschreibungsdatei f\xFCr das Layout-Set unter der Pfadangabe: " + path +
                " konnte nicht ge\xF6"

@@ -3,10 +3,13 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
@@ -19,6 +22,18 @@ namespace folioscope {
 namespace {
 
 namespace fs = std::filesystem;
+
+class LogRecorder : public CFSCommunicatorEvents {
+ public:
+  void OnReportStart(int32_t&) override {}
+  void OnReportWorks(int32_t&, std::string&, bool&) override {}
+  void Message(std::string& desc, int32_t& icon) override {
+    logs.push_back(desc);
+    icons.push_back(icon);
+  }
+  std::vector<std::string> logs;
+  std::vector<int32_t> icons;
+};
 
 void ChooseSet(RecordingPlatform& platform, const std::string& path, const std::string& language) {
   CRegistry registry(&platform.registry);
@@ -184,6 +199,50 @@ TEST_F(MiniSet, EmptyDescriptionIsReported) {
                 "ffnet bzw. geladen werden. Der "
                 "Vorgang wird abgebrochen.\r\nStellen Sie sicher, dass sich die Datei im "
                 "angegebenen Ordner befindet.");
+}
+
+// Names in IndexComment.ini and the ReportPath setting never lead a read out
+// of Res, whatever they hold; each refusal is logged and the set not loaded.
+TEST_F(MiniSet, NamesLeadingOutOfResAreNeverRead) {
+  LogRecorder log;
+  auto channel = std::make_shared<CFSCommunicator>();
+  channel->AddListener(&log);
+  SetProgressChannel(channel);
+  // A decoy outside Res that would load fine if it were read.
+  const fs::path app(app_.path());
+  std::ofstream(app / "outside.htm", std::ios::binary)
+      << CWinAPICrypt().EncryptString("<p>decoy</p>", kTemplatePassword);
+  fs::create_directories(app / "Res" / "Mini" / "links");
+  fs::create_symlink(app / "outside.htm", app / "Res" / "Mini" / "links" / "f9.htm");
+
+  const std::string hostile[] = {"..\\outside.htm", "Mini\\..\\..\\outside.htm",
+                                 app_.path() + "/outside.htm", "C:\\outside.htm",
+                                 "Mini\\links\\f9.htm"};
+  for (const std::string& name : hostile) {
+    SCOPED_TRACE(name);
+    log.logs.clear();
+    platform_.message_boxes.clear();
+    app_.WriteRes("IndexComment.ini", vb::Replace(ini_, "File9=Mini\\f9.htm", "File9=" + name));
+    CRessource res;
+    EXPECT_FALSE(res.Ready());
+    EXPECT_EQ(res.Projekt(), "");
+    ASSERT_FALSE(log.logs.empty());
+    EXPECT_NE(log.logs[0].find("'" + name + "' des Report-Sets f\xFChrt aus dem Ordner " + Base()),
+              std::string::npos);
+    ASSERT_EQ(platform_.message_boxes.size(), 1u);  // the load failure lists it too
+  }
+
+  app_.WriteRes("IndexComment.ini", ini_);
+  for (const std::string path : {"..", "../Res/Mini", "Mini/../..", "/tmp", "CON"}) {
+    SCOPED_TRACE(path);
+    log.logs.clear();
+    ChooseSet(platform_, path, "English");
+    EXPECT_FALSE(CRessource().Ready());
+    ASSERT_EQ(log.logs.size(), 1u);
+    EXPECT_EQ(log.icons[0], kIconFailure);
+    EXPECT_NE(log.logs[0].find("'" + path + "'"), std::string::npos);
+  }
+  SetProgressChannel(nullptr);
 }
 
 TEST_F(MiniSet, DuplicateKeyIsAFaultOfTheLoadStep) {
