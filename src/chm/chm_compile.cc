@@ -114,6 +114,8 @@ int32_t CFolioscope::RunAndWait(const std::string& CommandLine, int32_t WindowSt
   int32_t exit_code = 0;
   Trap(kClass, "RunAndWait", [&] {
 #ifdef _WIN32
+    // The Windows platform starts every program without a console window.
+    (void)WindowStyle;
     std::vector<std::string> argv = {"cmd.exe", "/c", CommandLine};
 #else
     // A hidden window: the compiler's console output goes nowhere.

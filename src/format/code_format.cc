@@ -75,8 +75,14 @@ bool StampOf(const std::string& path, FileStamp* stamp) {
   stamp->device = st.st_dev;
   stamp->inode = st.st_ino;
   stamp->size = st.st_size;
+#ifdef _WIN32
+  // The Windows C runtime keeps whole seconds only.
+  stamp->modified.tv_sec = st.st_mtime;
+  stamp->changed.tv_sec = st.st_ctime;
+#else
   stamp->modified = st.st_mtim;
   stamp->changed = st.st_ctim;
+#endif
   return true;
 }
 

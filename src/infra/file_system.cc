@@ -1,8 +1,13 @@
 #include "infra/file_system.h"
 
-#include <fnmatch.h>
 #include <sys/stat.h>
+#ifdef _WIN32
+#include <io.h>
+#include <windows.h>
+#else
+#include <fnmatch.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -36,41 +41,77 @@ std::string JoinPath(std::string_view folder, std::string_view name) {
 
 namespace {
 
+// What an existence test learns about the first entry matching a path.
+struct FirstEntry {
+  bool found = false;
+  bool folder = false;
+  uint32_t size_low = 0;  // low 32 bits of the size, as FindFirstFile gives them
+};
+
+#ifdef _WIN32
+
+// FindFirstFileA does the matching itself: wildcards in the last part, the
+// first entry in the folder's own order.
+FirstEntry FirstMatch(const std::string& path) {
+  FirstEntry entry;
+  if (path.empty() || path.back() == '\\' || path.back() == '/') return entry;
+  WIN32_FIND_DATAA data;
+  HANDLE find = ::FindFirstFileA(path.c_str(), &data);
+  if (find == INVALID_HANDLE_VALUE) return entry;
+  ::FindClose(find);
+  entry.found = true;
+  entry.folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  entry.size_low = data.nFileSizeLow;
+  return entry;
+}
+
+#else
+
 bool HasWildcard(std::string_view s) { return s.find_first_of("*?") != std::string_view::npos; }
+
+FirstEntry EntryOf(const std::string& path) {
+  FirstEntry entry;
+  struct stat st {};
+  if (::stat(path.c_str(), &st) != 0) return entry;
+  entry.found = true;
+  entry.folder = S_ISDIR(st.st_mode);
+  entry.size_low = static_cast<uint32_t>(static_cast<uint64_t>(st.st_size) & 0xFFFFFFFFu);
+  return entry;
+}
 
 // FindFirstFile's first match: the path itself, or the first directory entry
 // (in name order, for a stable answer) that matches a wildcard last part.
-bool FirstMatch(const std::string& raw, struct stat* st) {
-  if (raw.empty()) return false;
+FirstEntry FirstMatch(const std::string& raw) {
+  if (raw.empty()) return {};
   std::string path = NativePath(raw);
-  if (path.back() == '/' || raw.back() == '\\') return false;
+  if (path.back() == '/' || raw.back() == '\\') return {};
   std::error_code ec;
   size_t slash = path.rfind('/');
   std::string last = slash == std::string::npos ? path : path.substr(slash + 1);
-  if (!HasWildcard(last)) return ::stat(path.c_str(), st) == 0;
+  if (!HasWildcard(last)) return EntryOf(path);
   std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
   std::vector<std::string> names;
   for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
     std::string name = it->path().filename().string();
     if (fnmatch(last.c_str(), name.c_str(), FNM_CASEFOLD) == 0) names.push_back(name);
   }
-  if (names.empty()) return false;
+  if (names.empty()) return {};
   std::sort(names.begin(), names.end());
-  std::string first = folder + names.front();
-  return ::stat(first.c_str(), st) == 0;
+  return EntryOf(folder + names.front());
 }
+
+#endif
 
 }  // namespace
 
 bool CFileSystem::IsOrdnerVorhanden(const std::string& path) const {
-  struct stat st {};
-  return FirstMatch(path, &st) && S_ISDIR(st.st_mode);
+  FirstEntry entry = FirstMatch(path);
+  return entry.found && entry.folder;
 }
 
 bool CFileSystem::IsDateiVorhanden(const std::string& path) const {
-  struct stat st {};
-  if (!FirstMatch(path, &st) || S_ISDIR(st.st_mode)) return false;
-  return (static_cast<uint64_t>(st.st_size) & 0xFFFFFFFFu) != 0;
+  FirstEntry entry = FirstMatch(path);
+  return entry.found && !entry.folder && entry.size_low != 0;
 }
 
 std::string ReadFileText(const std::string& path) {
@@ -102,14 +143,26 @@ void WriteTextFile(const std::string& path, std::string_view text, bool append) 
 
 bool WriteFileAtomically(const std::string& path, std::string_view bytes) {
   std::string native = NativePath(path);
+#ifdef _WIN32
+  std::string temp = native + ".tmp" + std::to_string(::GetCurrentProcessId());
+#else
   std::string temp = native + ".tmp" + std::to_string(::getpid());
+#endif
   std::FILE* f = std::fopen(temp.c_str(), "wb");
   if (!f) return false;
   bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
   ok = (std::fflush(f) == 0) && ok;
+#ifdef _WIN32
+  ok = (::FlushFileBuffers(reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(f)))) != 0) && ok;
+  ok = (std::fclose(f) == 0) && ok;
+  // rename() will not replace an existing file on Windows.
+  if (ok && ::MoveFileExA(temp.c_str(), native.c_str(), MOVEFILE_REPLACE_EXISTING) != 0)
+    return true;
+#else
   ok = (::fsync(::fileno(f)) == 0) && ok;
   ok = (std::fclose(f) == 0) && ok;
   if (ok && std::rename(temp.c_str(), native.c_str()) == 0) return true;
+#endif
   std::remove(temp.c_str());
   return false;
 }

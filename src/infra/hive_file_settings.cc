@@ -24,7 +24,11 @@ HiveFileSettings::FileStamp HiveFileSettings::Stamp() const {
   if (::stat(path_.c_str(), &st) != 0) return s;
   s.exists = true;
   s.size = static_cast<long long>(st.st_size);
+#ifdef _WIN32
+  s.mtime.tv_sec = st.st_mtime;  // whole seconds only
+#else
   s.mtime = st.st_mtim;
+#endif
   s.inode = static_cast<unsigned long long>(st.st_ino);
   return s;
 }

@@ -2,12 +2,15 @@
 # of res/Standard are encrypted into ${CMAKE_BINARY_DIR}/Res/Standard (the
 # build tree is a working application folder); IndexComment.ini and the
 # resource files (style sheet, script, pictures) are copied as they are.
-add_executable(fs_encrypt_template ${CMAKE_SOURCE_DIR}/src/reportsets/tools/encrypt_template.cc
-               ${CMAKE_SOURCE_DIR}/src/reportsets/winapi_crypt.cc
-               ${CMAKE_SOURCE_DIR}/src/reportsets/md5.cc ${CMAKE_SOURCE_DIR}/src/reportsets/rc4.cc)
-target_include_directories(fs_encrypt_template PRIVATE ${CMAKE_SOURCE_DIR}/src)
-set_target_properties(fs_encrypt_template PROPERTIES RUNTIME_OUTPUT_DIRECTORY
-                      ${CMAKE_BINARY_DIR}/tools)
+# (A cross-build brings its own native fs_encrypt_template: cmake/host_tools.cmake.)
+if(NOT TARGET fs_encrypt_template)
+  add_executable(fs_encrypt_template ${CMAKE_SOURCE_DIR}/src/reportsets/tools/encrypt_template.cc
+                 ${CMAKE_SOURCE_DIR}/src/reportsets/winapi_crypt.cc
+                 ${CMAKE_SOURCE_DIR}/src/reportsets/md5.cc ${CMAKE_SOURCE_DIR}/src/reportsets/rc4.cc)
+  target_include_directories(fs_encrypt_template PRIVATE ${CMAKE_SOURCE_DIR}/src)
+  set_target_properties(fs_encrypt_template PROPERTIES RUNTIME_OUTPUT_DIRECTORY
+                        ${CMAKE_BINARY_DIR}/tools)
+endif()
 
 set(FS_STANDARD_SOURCE ${CMAKE_SOURCE_DIR}/res/Standard)
 set(FS_STANDARD_TARGET ${CMAKE_BINARY_DIR}/Res/Standard)
