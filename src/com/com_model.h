@@ -29,7 +29,6 @@
 #ifndef FOLIOSCOPE_COM_COM_MODEL_H_
 #define FOLIOSCOPE_COM_COM_MODEL_H_
 
-#include <oaidl.h>
 #include <windows.h>
 
 #include <memory>
