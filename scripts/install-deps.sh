@@ -19,3 +19,30 @@ if ((${#missing[@]})); then
   $sudo apt-get update -qq
   $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
+
+# 32-bit Wine runs the i686 DLL, the one a 32-bit IDE loads. It comes from
+# the i386 architecture, whose package index some mirrors serve broken: try
+# it once, and go on with 64-bit Wine (the x86_64 DLL) when it cannot be had.
+# A failed attempt takes the i386 architecture away again (so later
+# apt-get updates are not broken by it) and is remembered in build/.
+wine32_failed="$here/../build/.wine32-unavailable"
+if [[ -z "${FOLIOSCOPE_NO_WINE32:-}" && ! -e "$wine32_failed" ]] &&
+   ! dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q "install ok installed"; then
+  sudo=""
+  [[ $(id -u) -eq 0 ]] || sudo="sudo"
+  export DEBIAN_FRONTEND=noninteractive
+  added=""
+  dpkg --print-foreign-architectures | grep -qx i386 || added=yes
+  if $sudo dpkg --add-architecture i386 &&
+     $sudo apt-get update -qq &&
+     $sudo apt-get install -y -qq --no-install-recommends wine32:i386; then
+    echo "32-bit Wine installed: the Wine tests use the i686 DLL"
+  else
+    echo "32-bit Wine could not be installed: the Wine tests use the x86_64 DLL"
+    if [[ -n "$added" ]]; then
+      $sudo dpkg --remove-architecture i386 || true
+      $sudo apt-get update -qq || true
+    fi
+    mkdir -p "$(dirname "$wine32_failed")" && touch "$wine32_failed"
+  fi
+fi
