@@ -1,0 +1,73 @@
+# The Windows form of the component: the in-process COM server
+# VBFolioscope.dll. Included by the top-level CMakeLists.txt in a Windows
+# (MinGW-w64 cross) build, after the component layers are defined.
+#
+# widl compiles VBFolioscope.idl (with its two fragments) into the type
+# library, the C++ header of its interfaces and the file of their ids; the
+# type library is embedded as resource 1 TYPELIB through VBFolioscope.rc.
+# The server's sources are compiled straight into the DLL so that every
+# class's static registration object is kept.
+
+set(FS_COM_DIR ${CMAKE_SOURCE_DIR}/src/com)
+set(FS_COM_GEN ${CMAKE_BINARY_DIR}/com_generated)
+file(MAKE_DIRECTORY ${FS_COM_GEN})
+
+if(NOT FOLIOSCOPE_WIDL)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    find_program(FOLIOSCOPE_WIDL NAMES x86_64-w64-mingw32-widl widl REQUIRED)
+  else()
+    find_program(FOLIOSCOPE_WIDL NAMES i686-w64-mingw32-widl widl REQUIRED)
+  endif()
+endif()
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(FS_WIDL_TARGET --win64)
+else()
+  set(FS_WIDL_TARGET --win32)
+endif()
+
+# oaidl.idl / ocidl.idl come with Wine's development files (libwine-dev);
+# stdole2.tlb, which the library imports, with Wine itself.
+find_path(FOLIOSCOPE_IDL_INCLUDE oaidl.idl
+          PATHS /usr/include/wine/wine/windows /usr/include/wine/windows
+                /usr/${FOLIOSCOPE_MINGW_TRIPLE}/include /usr/share/mingw-w64/include
+          NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+find_path(FOLIOSCOPE_STDOLE2_DIR stdole2.tlb
+          PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
+                /usr/lib/i386-linux-gnu/wine/i386-windows /usr/lib/wine/x86_64-windows
+                /usr/lib/wine/i386-windows /usr/lib/x86_64-linux-gnu/wine
+          NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+
+set(FS_COM_IDL ${FS_COM_DIR}/VBFolioscope.idl)
+set(FS_COM_TLB ${FS_COM_GEN}/VBFolioscope.tlb)
+set(FS_COM_HEADER ${FS_COM_GEN}/VBFolioscope.h)
+set(FS_COM_IIDS ${FS_COM_GEN}/VBFolioscope_i.c)
+add_custom_command(
+  OUTPUT ${FS_COM_TLB} ${FS_COM_HEADER} ${FS_COM_IIDS}
+  COMMAND ${FOLIOSCOPE_WIDL} ${FS_WIDL_TARGET} -I ${FS_COM_DIR} -I ${FOLIOSCOPE_IDL_INCLUDE}
+          -L ${FOLIOSCOPE_STDOLE2_DIR} -t -h -u -T ${FS_COM_TLB} -H ${FS_COM_HEADER}
+          -U ${FS_COM_IIDS} ${FS_COM_IDL}
+  DEPENDS ${FS_COM_IDL} ${FS_COM_DIR}/report_classes.idl ${FS_COM_DIR}/model_classes.idl
+  COMMENT "widl: type library VBFolioscope"
+  VERBATIM)
+# The project is C++ only: the id file is compiled as C++ (widl writes it for
+# both languages).
+set_source_files_properties(${FS_COM_IIDS} PROPERTIES LANGUAGE CXX GENERATED TRUE)
+set_source_files_properties(${FS_COM_DIR}/VBFolioscope.rc PROPERTIES OBJECT_DEPENDS
+                                                                    ${FS_COM_TLB})
+
+file(GLOB FS_COM_SOURCES CONFIGURE_DEPENDS ${FS_COM_DIR}/*.cc)
+list(FILTER FS_COM_SOURCES EXCLUDE REGEX "_test\\.cc$")
+add_library(VBFolioscope SHARED ${FS_COM_SOURCES} ${FS_COM_IIDS} ${FS_COM_HEADER}
+                                ${FS_COM_DIR}/VBFolioscope.rc ${FS_COM_DIR}/VBFolioscope.def)
+set_target_properties(VBFolioscope PROPERTIES PREFIX "" OUTPUT_NAME VBFolioscope)
+target_include_directories(VBFolioscope PRIVATE ${CMAKE_SOURCE_DIR}/src ${FS_COM_GEN})
+# (windres finds VBFolioscope.tlb through the same include path.)
+target_link_libraries(VBFolioscope PRIVATE folioscope_component ole32 oleaut32 uuid advapi32
+                                           shell32 user32)
+# One self-contained DLL: the C and C++ runtimes linked in. On i686 the .def
+# names the entry points without their stdcall decoration; the fix-up maps
+# them silently.
+target_link_options(VBFolioscope PRIVATE -static -static-libgcc -static-libstdc++)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  target_link_options(VBFolioscope PRIVATE -Wl,--enable-stdcall-fixup)
+endif()
