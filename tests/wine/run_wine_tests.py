@@ -1,0 +1,458 @@
+#!/usr/bin/env python3
+"""Runs the VBFolioscope COM server under Wine.
+
+One Wine prefix serves a whole ctest run; the steps are separate commands so
+that each check is its own CTest test:
+
+  setup    makes (or reuses) the prefix, lays out an application folder with
+           the DLL, Res/ and sfn.dat, imports the report settings into the Wine
+           registry, registers the DLL with regsvr32 and writes the Linux
+           reference report with the same settings;
+  vbs      runs one test script with cscript (the script ends with the line
+           "wine-test-done" and quits with its number of failed checks);
+  events   runs the Windows event client (progress events through
+           connection points);
+  readme   runs the VBScript example of README.md;
+  cleanup  unregisters the DLL and checks that its classes are gone.
+
+Exit status 77 means "skipped" (no Wine, or no cross-built DLL).
+"""
+
+import argparse
+import json
+import os
+import shutil
+import subprocess
+import sys
+import time
+
+SKIP = 77
+DONE_MARKER = "wine-test-done"
+# Wine reports an uncaught script error only through these debug channels;
+# cscript itself still exits with status 0.
+SCRIPT_ERROR_MARKERS = ("OnScriptError", "ParseScriptText failed", "parser_error")
+
+# The settings of both runs. Every value is written explicitly: the Linux host
+# fills in defaults that a fresh Windows registry does not hold. The title has
+# characters outside ASCII, so the registry's code-page handling is compared
+# as well.
+# The preview pages compared by test_pages.vbs: file, kind, module, member.
+PREVIEW_PAGES = [
+    ("Projekt.htm", "project", "CKonto", "Buchen"),
+    ("CKonto.htm", "module", "CKonto", "Buchen"),
+    ("CKonto_Buchen.htm", "member", "CKonto", "Buchen"),
+]
+
+SETTINGS = [
+    ("ReportPath", "Standard"),
+    ("ReportLanguage", "Deutsch"),
+    ("DelFilesAfterCHMCompiling", "0"),
+    ("ShowModulePath", "0"),
+    ("ShowModuleRelativePath", "1"),
+    ("ShowLOCForModuls", "1"),
+    ("ShowLOCForProjects", "1"),
+    ("ShowHelpContextID", "1"),
+    ("ShowVBInternDescription", "1"),
+    ("ToolBarPublicValue", "1"),
+    ("ToolBarFriendValue", "1"),
+    ("ToolBarPrivateValue", "0"),
+    ("ReportStdTitle", "Kontor \u2013 Referenz f\u00fcr \u00c4nderungen"),
+    ("CHMReportTitle", "Kontor-Hilfe"),
+    ("LNR", "0"),
+]
+
+
+def log(text):
+    print(text, flush=True)
+
+
+def windows_path(path):
+    """The Wine name of a Linux path (drive Z: is the Linux root)."""
+    return "Z:" + os.path.abspath(path).replace("/", "\\")
+
+
+class Wine:
+    """The Wine commands of one prefix and one architecture."""
+
+    def __init__(self, work, arch):
+        self.work = work
+        self.arch = arch
+        self.prefix = os.path.join(work, "prefix")
+        self.env = dict(os.environ)
+        self.env.pop("DISPLAY", None)
+        self.env.pop("WAYLAND_DISPLAY", None)
+        self.env.update({
+            "WINEPREFIX": self.prefix,
+            # Script errors are only visible through these channels.
+            "WINEDEBUG": "-all,fixme+wscript,fixme+vbscript,err+vbscript",
+            # No Mono or Gecko installer prompts.
+            "WINEDLLOVERRIDES": "mscoree,mshtml=",
+        })
+        self.env.setdefault("LANG", "C.UTF-8")
+        # 32-bit programs of a 64-bit prefix live in syswow64.
+        system = "C:\\windows\\syswow64\\" if arch == "i686" else "C:\\windows\\system32\\"
+        self.regsvr32 = system + "regsvr32.exe"
+        self.cscript = system + "cscript.exe"
+
+    def run(self, args, timeout=300, check_output=True):
+        started = time.monotonic()
+        proc = subprocess.run(["wine"] + args, env=self.env, timeout=timeout,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        elapsed = time.monotonic() - started
+        out = proc.stdout.decode("utf-8", "replace").replace("\r\n", "\n")
+        err = proc.stderr.decode("utf-8", "replace").replace("\r\n", "\n")
+        return proc.returncode, out, err, elapsed
+
+    def keep_server(self):
+        # One wineserver for all steps of the run instead of one start per
+        # program (each start costs seconds); it ends 60 s after the last use.
+        subprocess.run(["wineserver", "-p60"], env=self.env)
+
+    def stop_server(self):
+        subprocess.run(["wineserver", "-k"], env=self.env, stderr=subprocess.DEVNULL)
+
+
+def wine32_installed():
+    return any(os.path.exists(p) for p in ("/usr/lib/wine/wine", "/usr/lib/i386-linux-gnu/wine"))
+
+
+def choose_dll(source_dir):
+    """(arch, build folder, sentence for the log) or (None, None, reason)."""
+    builds = {arch: os.path.join(source_dir, "build", "mingw-" + arch)
+              for arch in ("i686", "x86_64")}
+    have = {arch: os.path.isfile(os.path.join(folder, "VBFolioscope.dll"))
+            for arch, folder in builds.items()}
+    if wine32_installed() and have["i686"]:
+        return "i686", builds["i686"], "32-bit Wine with the i686 DLL (the build IDE add-ins load)"
+    if have["x86_64"]:
+        why = ("32-bit Wine is not installed" if not wine32_installed()
+               else "the i686 DLL is not built")
+        return "x86_64", builds["x86_64"], f"64-bit Wine with the x86_64 DLL ({why})"
+    return None, None, ("no VBFolioscope.dll in build/mingw-i686 or build/mingw-x86_64: "
+                        "build them with cmake --preset mingw-x86_64 && "
+                        "cmake --build --preset mingw-x86_64")
+
+
+def state_file(work):
+    return os.path.join(work, "state.json")
+
+
+def load_state(work):
+    try:
+        with open(state_file(work)) as f:
+            return json.load(f)
+    except OSError:
+        return None
+
+
+def copy_app_folder(dll_build, linux_app_dir, target, with_dll):
+    """An application folder: the DLL, Res/ and sfn.dat side by side."""
+    shutil.rmtree(target, ignore_errors=True)
+    os.makedirs(target)
+    origin = dll_build if os.path.isdir(os.path.join(dll_build, "Res")) else linux_app_dir
+    shutil.copytree(os.path.join(origin, "Res"), os.path.join(target, "Res"))
+    sfn = os.path.join(dll_build, "sfn.dat")
+    if not os.path.isfile(sfn):
+        sfn = os.path.join(linux_app_dir, "sfn.dat")
+    if os.path.isfile(sfn):
+        shutil.copy2(sfn, os.path.join(target, "sfn.dat"))
+    if with_dll:
+        shutil.copy2(os.path.join(dll_build, "VBFolioscope.dll"), target)
+    return origin
+
+
+def write_settings(folioscope, hive):
+    if os.path.exists(hive):
+        os.remove(hive)
+    for name, value in SETTINGS:
+        subprocess.run([folioscope, "--registry", hive, "config", "set", name, value],
+                       check=True, stdout=subprocess.DEVNULL)
+
+
+def make_prefix(wine):
+    stamp = os.path.join(wine.prefix, ".folioscope-stamp")
+    if os.path.isfile(stamp):
+        log("Wine prefix: reused " + wine.prefix)
+        return
+    shutil.rmtree(wine.prefix, ignore_errors=True)
+    started = time.monotonic()
+    rc, out, err, _ = wine.run(["wineboot", "--init"], timeout=600)
+    subprocess.run(["wineserver", "-w"], env=wine.env)
+    log(f"Wine prefix: created in {time.monotonic() - started:.1f} s ({wine.prefix})")
+    if rc != 0:
+        log(out + err)
+        raise SystemExit("wineboot --init failed")
+    with open(stamp, "w") as f:
+        f.write("folioscope wine tests\n")
+
+
+def setup(args):
+    work = args.work
+    os.makedirs(work, exist_ok=True)
+    if os.path.exists(state_file(work)):
+        os.remove(state_file(work))
+    if shutil.which("wine") is None:
+        log("Wine tests skipped: wine is not installed")
+        return SKIP
+    arch, dll_build, sentence = choose_dll(args.source_dir)
+    if arch is None:
+        log("Wine tests skipped: " + sentence)
+        return SKIP
+    log("Wine tests: " + sentence)
+    started = time.monotonic()
+    wine = Wine(work, arch)
+    make_prefix(wine)
+    wine.keep_server()
+
+    app = os.path.join(work, "app")
+    origin = copy_app_folder(dll_build, args.linux_app_dir, app, with_dll=True)
+    log(f"Application folder: {app} (Res/ from {origin})")
+    # The Linux run gets its own copy of the same report set and keyword list.
+    linux_app = os.path.join(work, "linux-app")
+    copy_app_folder(dll_build, args.linux_app_dir, linux_app, with_dll=False)
+
+    hive = os.path.join(work, "settings.reg")
+    write_settings(args.folioscope, hive)
+    rc, out, err, _ = wine.run(["regedit", "/S", windows_path(hive)])
+    if rc != 0:
+        log(out + err)
+        log("FAIL: regedit could not import the settings")
+        return 1
+
+    dll = windows_path(os.path.join(app, "VBFolioscope.dll"))
+    rc, out, err, elapsed = wine.run([wine.regsvr32, "/s", dll])
+    log(f"regsvr32 /s {dll}: exit status {rc} ({elapsed:.1f} s)")
+    if rc != 0:
+        log(out + err)
+        return 1
+
+    reference = os.path.join(work, "linux-report")
+    shutil.rmtree(reference, ignore_errors=True)
+    subprocess.run([args.folioscope, "--registry", hive, "--app-dir", linux_app, "--quiet",
+                    "--no-progress", "report", args.project, "-o", reference], check=True)
+
+    # The preview pages of test_pages.vbs, as the Linux host builds them.
+    pages = os.path.join(work, "linux-pages")
+    shutil.rmtree(pages, ignore_errors=True)
+    os.makedirs(pages)
+    for file_name, kind, module, member in PREVIEW_PAGES:
+        with open(os.path.join(pages, file_name), "wb") as f:
+            subprocess.run([args.folioscope, "--registry", hive, "--app-dir", linux_app, "--quiet",
+                            "page", kind, args.project, "--module", module, "--member", member],
+                           check=True, stdout=f)
+
+    outputs = os.path.join(work, "out")
+    shutil.rmtree(outputs, ignore_errors=True)
+    os.makedirs(outputs)
+    with open(state_file(work), "w") as f:
+        json.dump({"arch": arch, "app": app, "linux_app": linux_app, "reference": reference,
+                   "pages": pages, "outputs": outputs, "project": args.project}, f)
+    log(f"Wine setup: {time.monotonic() - started:.1f} s")
+    return 0
+
+
+def report_differences(expected_dir, actual_dir, normalize=None):
+    """Compares every file of two folders byte for byte; returns the faults.
+    `normalize` (Linux bytes, Wine bytes) -> (bytes, bytes) is applied first."""
+    faults = []
+    if not os.path.isdir(actual_dir):
+        return [f"no report folder {actual_dir}"]
+
+    def files(root):
+        found = set()
+        for folder, _, names in os.walk(root):
+            for name in names:
+                found.add(os.path.relpath(os.path.join(folder, name), root))
+        return found
+
+    expected, actual = files(expected_dir), files(actual_dir)
+    for name in sorted(expected - actual):
+        faults.append("missing under Wine: " + name)
+    for name in sorted(actual - expected):
+        faults.append("only under Wine: " + name)
+    for name in sorted(expected & actual):
+        with open(os.path.join(expected_dir, name), "rb") as f:
+            x = f.read()
+        with open(os.path.join(actual_dir, name), "rb") as f:
+            y = f.read()
+        if normalize is not None:
+            x, y = normalize(x, y)
+        if x != y:
+            faults.append("differs: " + name + first_difference(x, y))
+    return faults
+
+
+def first_difference(x, y):
+    at = next((i for i in range(min(len(x), len(y))) if x[i] != y[i]), min(len(x), len(y)))
+    return (f" (sizes {len(x)}/{len(y)}, first difference at byte {at}: "
+            f"Linux {x[max(0, at - 30):at + 30]!r} / Wine {y[max(0, at - 30):at + 30]!r})")
+
+
+def preview_normalizer(state):
+    """Preview pages name the report set's files by the application folder's
+    path, which differs between the two systems: both become "@SET@"."""
+    linux = (state["linux_app"] + "/Res/Standard/").encode()
+    wine = (windows_path(state["app"]) + "\\Res\\Standard\\").encode()
+
+    def normalize(x, y):
+        return x.replace(linux, b"@SET@"), y.replace(wine, b"@SET@")
+    return normalize
+
+
+def checked_state(work):
+    state = load_state(work)
+    if state is None:
+        log("skipped: the Wine setup did not run or was skipped")
+    return state
+
+
+def run_vbs(args):
+    state = checked_state(args.work)
+    if state is None:
+        return SKIP
+    wine = Wine(args.work, state["arch"])
+    name = os.path.splitext(os.path.basename(args.script))[0]
+    # Wine's VBScript has no ExecuteGlobal, so the shared helpers are put in
+    # front of the test script.
+    combined_dir = os.path.join(args.work, "scripts")
+    os.makedirs(combined_dir, exist_ok=True)
+    combined = os.path.join(combined_dir, name + ".vbs")
+    with open(combined, "wb") as out:
+        for part in (os.path.join(os.path.dirname(os.path.abspath(args.script)), "lib.vbs"),
+                     args.script):
+            with open(part, "rb") as f:
+                out.write(f.read().replace(b"\r\n", b"\n").replace(b"\n", b"\r\n"))
+    output_dir = os.path.join(state["outputs"], name)
+    shutil.rmtree(output_dir, ignore_errors=True)
+    os.makedirs(output_dir)
+    rc, out, err, elapsed = wine.run(
+        [wine.cscript, "//nologo", windows_path(combined), windows_path(state["app"]),
+         windows_path(output_dir), windows_path(args.source_dir),
+         windows_path(state["project"])], timeout=args.timeout)
+    sys.stdout.write(out)
+    faults = []
+    script_errors = [line for line in err.splitlines()
+                     if any(m in line for m in SCRIPT_ERROR_MARKERS)]
+    if script_errors:
+        faults.append("script error (Wine does not say which line):\n  " +
+                      "\n  ".join(script_errors))
+    if DONE_MARKER not in out:
+        faults.append("the script did not reach its end")
+    if rc != 0:
+        faults.append(f"{rc} failed checks (exit status)")
+    if args.compare:
+        faults += report_differences(state["reference"], os.path.join(output_dir, args.compare))
+    if args.compare_pages:
+        faults += report_differences(state["pages"], output_dir, preview_normalizer(state))
+    return finish(name, faults, elapsed)
+
+
+def run_readme(args):
+    """The README's VBScript example, run as a user would run it."""
+    state = checked_state(args.work)
+    if state is None:
+        return SKIP
+    with open(os.path.join(args.source_dir, "README.md"), encoding="utf-8") as f:
+        text = f.read()
+    start = text.find("```vbscript\n")
+    if start < 0:
+        return finish("readme", ["no vbscript example in README.md"], 0)
+    start += len("```vbscript\n")
+    script = text[start:text.index("```", start)]
+    path = os.path.join(args.work, "scripts", "readme_document.vbs")
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "w", encoding="cp1252", newline="\r\n") as f:
+        f.write(script)
+    output_dir = os.path.join(state["outputs"], "readme")
+    shutil.rmtree(output_dir, ignore_errors=True)
+    os.makedirs(output_dir)
+    wine = Wine(args.work, state["arch"])
+    rc, out, err, elapsed = wine.run([wine.cscript, "//nologo", windows_path(path),
+                                      windows_path(state["project"]), windows_path(output_dir)],
+                                     timeout=args.timeout)
+    sys.stdout.write(out)
+    faults = [line for line in err.splitlines() if any(m in line for m in SCRIPT_ERROR_MARKERS)]
+    if "Report: " not in out or rc != 0:
+        faults.append(f"the example did not finish (exit status {rc})")
+    faults += report_differences(state["reference"], os.path.join(output_dir, "Kontor"))
+    return finish("readme", faults, elapsed)
+
+
+def run_events(args):
+    state = checked_state(args.work)
+    if state is None:
+        return SKIP
+    client = args.client_i686 if state["arch"] == "i686" else args.client_x86_64
+    if not client or not os.path.isfile(client):
+        log(f"skipped: no event client for {state['arch']} ({client})")
+        return SKIP
+    wine = Wine(args.work, state["arch"])
+    output_dir = os.path.join(state["outputs"], "events")
+    shutil.rmtree(output_dir, ignore_errors=True)
+    os.makedirs(output_dir)
+    rc, out, err, elapsed = wine.run(
+        [client, windows_path(state["project"]), windows_path(output_dir)],
+        timeout=args.timeout)
+    sys.stdout.write(out)
+    faults = []
+    if "event-client-done" not in out:
+        faults.append("the event client did not reach its end (crash?)\n" + err[-2000:])
+    if rc != 0:
+        faults.append(f"{rc} failed checks (exit status)")
+    faults += report_differences(state["reference"], os.path.join(output_dir, "events"))
+    return finish("events", faults, elapsed)
+
+
+def cleanup(args):
+    state = checked_state(args.work)
+    if state is None:
+        return SKIP
+    wine = Wine(args.work, state["arch"])
+    dll = windows_path(os.path.join(state["app"], "VBFolioscope.dll"))
+    rc, out, err, elapsed = wine.run([wine.regsvr32, "/u", "/s", dll])
+    faults = [] if rc == 0 else [f"regsvr32 /u exit status {rc}\n{out}{err}"]
+    for key in ("HKCR\\VBFolioscope.CFolioscope", "HKCU\\Software\\Classes\\VBFolioscope.CFolioscope"):
+        left, _, _, _ = wine.run(["reg", "query", key])
+        if left == 0:
+            faults.append("still registered after regsvr32 /u: " + key)
+    wine.stop_server()
+    return finish("unregister", faults, elapsed)
+
+
+def finish(name, faults, elapsed):
+    for fault in faults:
+        log("FAIL: " + fault)
+    log(f"{name}: {'failed' if faults else 'passed'} under Wine in {elapsed:.1f} s")
+    return 1 if faults else 0
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--work", required=True, help="folder of the prefix and outputs")
+    parser.add_argument("--source-dir", required=True)
+    parser.add_argument("--timeout", type=int, default=300)
+    steps = parser.add_subparsers(dest="step", required=True)
+    s = steps.add_parser("setup")
+    s.add_argument("--folioscope", required=True, help="the Linux host program")
+    s.add_argument("--linux-app-dir", required=True, help="Res/ and sfn.dat of the Linux build")
+    s.add_argument("--project", required=True)
+    v = steps.add_parser("vbs")
+    v.add_argument("script")
+    v.add_argument("--compare", help="subfolder of the script's output to compare with the "
+                                     "Linux report")
+    v.add_argument("--compare-pages", action="store_true",
+                   help="compare the script's output with the Linux preview pages")
+    e = steps.add_parser("events")
+    e.add_argument("--client-x86_64")
+    e.add_argument("--client-i686")
+    steps.add_parser("readme")
+    steps.add_parser("cleanup")
+    args = parser.parse_args()
+    args.work = os.path.abspath(args.work)
+    step = {"setup": setup, "vbs": run_vbs, "events": run_events, "readme": run_readme,
+            "cleanup": cleanup}[args.step]
+    return step(args)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
