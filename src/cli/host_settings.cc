@@ -123,6 +123,21 @@ std::optional<RegValue> LayeredSettings::QueryValue(uint32_t root, const std::st
   return std::nullopt;
 }
 
+std::optional<RegValue> LayeredSettings::ReadValue(uint32_t root, const std::string& path,
+                                                   const std::string& name, bool* key_exists) {
+  *key_exists = false;
+  for (auto* layer : {static_cast<SettingsBackend*>(&options_), hive_.get(),
+                      static_cast<SettingsBackend*>(&defaults_)}) {
+    bool in_layer = false;
+    if (auto v = layer->ReadValue(root, path, name, &in_layer)) {
+      *key_exists = true;
+      return v;
+    }
+    *key_exists = *key_exists || in_layer;
+  }
+  return std::nullopt;
+}
+
 bool LayeredSettings::SetValue(uint32_t root, const std::string& path, const std::string& name,
                                const RegValue& value) {
   // RegSetValueExA needs an open key: one that exists in any layer. The

@@ -58,6 +58,10 @@ class LayeredSettings : public SettingsBackend {
                                      uint32_t index) override;
   std::optional<std::pair<std::string, RegValue>> EnumValue(uint32_t root, const std::string& path,
                                                             uint32_t index) override;
+  std::optional<RegValue> ReadValue(uint32_t root, const std::string& path, const std::string& name,
+                                    bool* key_exists) override;
+  void BeginReadGroup() override { hive_->BeginReadGroup(); }
+  void EndReadGroup() override { hive_->EndReadGroup(); }
 
  private:
   // Layers from the top: options, hive, defaults.

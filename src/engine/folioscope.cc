@@ -66,6 +66,9 @@ void CFolioscope::CheckOfReady() {
   Trap(kClass, "CheckOfReady", [&] {
     ready_ = false;
     CRegistry& reg = *registry_;
+    // The settings below are one consistent reading: the store is asked
+    // for outside changes once, not per value.
+    CRegistry::ReadGroup read_group(reg);
     report_language_ =
         vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportLanguage", ""));
     const std::string report_path =

@@ -33,6 +33,14 @@ HiveFileSettings::FileStamp HiveFileSettings::Stamp() const {
   return s;
 }
 
+bool HiveFileSettings::LoadForRead() {
+  if (read_group_depth_ > 0) {
+    if (checked_in_group_ && loaded_) return load_error_.empty();
+    checked_in_group_ = true;
+  }
+  return Load();
+}
+
 bool HiveFileSettings::Load() {
   FileStamp now = Stamp();
   if (loaded_ && now == stamp_) return load_error_.empty();
@@ -74,13 +82,13 @@ bool HiveFileSettings::CreateKey(uint32_t root, const std::string& path) {
 }
 
 bool HiveFileSettings::KeyExists(uint32_t root, const std::string& path) {
-  Load();
+  LoadForRead();
   return tree_.KeyExists(root, path);
 }
 
 std::optional<RegValue> HiveFileSettings::QueryValue(uint32_t root, const std::string& path,
                                                      const std::string& name) {
-  Load();
+  LoadForRead();
   return tree_.QueryValue(root, path, name);
 }
 
@@ -106,15 +114,29 @@ bool HiveFileSettings::DeleteValue(uint32_t root, const std::string& path,
 
 std::optional<std::string> HiveFileSettings::EnumKey(uint32_t root, const std::string& path,
                                                      uint32_t index) {
-  Load();
+  LoadForRead();
   return tree_.EnumKey(root, path, index);
 }
 
 std::optional<std::pair<std::string, RegValue>> HiveFileSettings::EnumValue(uint32_t root,
                                                                             const std::string& path,
                                                                             uint32_t index) {
-  Load();
+  LoadForRead();
   return tree_.EnumValue(root, path, index);
+}
+
+std::optional<RegValue> HiveFileSettings::ReadValue(uint32_t root, const std::string& path,
+                                                    const std::string& name, bool* key_exists) {
+  LoadForRead();
+  return tree_.ReadValue(root, path, name, key_exists);
+}
+
+void HiveFileSettings::BeginReadGroup() {
+  if (read_group_depth_++ == 0) checked_in_group_ = false;
+}
+
+void HiveFileSettings::EndReadGroup() {
+  if (read_group_depth_ > 0) --read_group_depth_;
 }
 
 }  // namespace folioscope

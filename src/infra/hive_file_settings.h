@@ -6,6 +6,8 @@
 // and rename), keeping every other key and value, and creates the file's
 // folder first. A missing file is an empty registry. A file that cannot be
 // parsed reads as empty and is never overwritten; LoadError() tells why.
+// Every read and every change looks at the file's stamp once; inside a
+// read group only the group's first read does.
 #ifndef FOLIOSCOPE_INFRA_HIVE_FILE_SETTINGS_H_
 #define FOLIOSCOPE_INFRA_HIVE_FILE_SETTINGS_H_
 
@@ -42,6 +44,10 @@ class HiveFileSettings : public SettingsBackend {
                                      uint32_t index) override;
   std::optional<std::pair<std::string, RegValue>> EnumValue(uint32_t root, const std::string& path,
                                                             uint32_t index) override;
+  std::optional<RegValue> ReadValue(uint32_t root, const std::string& path, const std::string& name,
+                                    bool* key_exists) override;
+  void BeginReadGroup() override;
+  void EndReadGroup() override;
 
  private:
   struct FileStamp {
@@ -52,6 +58,10 @@ class HiveFileSettings : public SettingsBackend {
     bool operator==(const FileStamp& o) const;
   };
   FileStamp Stamp() const;
+  // Load() for a read: inside a read group only the group's first read
+  // looks at the file. Changes always start from a fresh Load(), so that
+  // they never write back a stale copy over another program's change.
+  bool LoadForRead();
   // Writes `changed` to the file and makes it the cache; false on failure.
   bool Store(const RegistryTree& changed);
 
@@ -61,6 +71,8 @@ class HiveFileSettings : public SettingsBackend {
   bool loaded_ = false;
   std::string load_error_;
   int parse_count_ = 0;
+  int read_group_depth_ = 0;
+  bool checked_in_group_ = false;  // the open group has looked at the file
 };
 
 }  // namespace folioscope

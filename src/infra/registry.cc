@@ -22,6 +22,12 @@ std::string EnumName(const std::string& name) {
 CRegistry::CRegistry() : backend_(nullptr) {}
 CRegistry::CRegistry(SettingsBackend* backend) : backend_(backend) {}
 
+CRegistry::ReadGroup::ReadGroup(CRegistry& registry) : backend_(registry.Backend()) {
+  backend_.BeginReadGroup();
+}
+
+CRegistry::ReadGroup::~ReadGroup() { backend_.EndReadGroup(); }
+
 SettingsBackend& CRegistry::Backend() {
   return backend_ ? *backend_ : CurrentPlatform().Settings();
 }
@@ -33,11 +39,9 @@ bool CRegistry::CreateRegKey(uint32_t hKey, const std::string& KeyName) {
 std::string CRegistry::ReadRegString(uint32_t hKey, const std::string& KeyName,
                                      const std::string& ValueName, const std::string& Default) {
   std::string result;
-  SettingsBackend& b = Backend();
-  if (b.KeyExists(hKey, KeyName)) {
-    auto value = b.QueryValue(hKey, KeyName, ValueName);
-    if (value && value->type == kRegSz) result = CutAtNul(value->data);
-  }
+  bool key_exists = false;
+  auto value = Backend().ReadValue(hKey, KeyName, ValueName, &key_exists);
+  if (value && value->type == kRegSz) result = CutAtNul(value->data);
   return result.empty() ? Default : result;
 }
 
@@ -50,9 +54,9 @@ void CRegistry::SaveRegString(uint32_t hKey, const std::string& KeyName,
 
 int32_t CRegistry::ReadRegWord(uint32_t hKey, const std::string& KeyName,
                                const std::string& ValueName, int32_t Default) {
-  SettingsBackend& b = Backend();
-  if (!b.KeyExists(hKey, KeyName)) return 0;
-  auto value = b.QueryValue(hKey, KeyName, ValueName);
+  bool key_exists = false;
+  auto value = Backend().ReadValue(hKey, KeyName, ValueName, &key_exists);
+  if (!key_exists) return 0;
   if (!value) return Default;
   // The query reads into a 4-byte buffer: a larger value fails the query.
   if (value->data.size() > 4) return Default;

@@ -18,15 +18,15 @@ inline constexpr const char* kCurrentReportKey = "Software\\Quillon\\Config\\Cur
 
 class CRegistry {
  public:
-  CRegistry();                                  // uses CurrentPlatform().Settings()
+  CRegistry();                                   // uses CurrentPlatform().Settings()
   explicit CRegistry(SettingsBackend* backend);  // not owned
 
   // True when the key exists or was created.
   bool CreateRegKey(uint32_t hKey, const std::string& KeyName);
   // A REG_SZ value cut before its first NUL; Default for a missing key or
   // value, another type, or a stored empty string.
-  std::string ReadRegString(uint32_t hKey, const std::string& KeyName,
-                            const std::string& ValueName, const std::string& Default);
+  std::string ReadRegString(uint32_t hKey, const std::string& KeyName, const std::string& ValueName,
+                            const std::string& Default);
   // Creates the key; stores REG_SZ without a terminating NUL.
   void SaveRegString(uint32_t hKey, const std::string& KeyName, const std::string& ValueName,
                      const std::string& Value);
@@ -47,6 +47,20 @@ class CRegistry {
   std::string SubValueName(uint32_t hKey, const std::string& KeyName, int32_t Index);
   // "UNI" (REG_SZ), "BIN" (REG_BINARY), "WRD" (REG_DWORD) or "".
   std::string SubValueType(uint32_t hKey, const std::string& KeyName, int32_t Index);
+
+  // Keeps a read group (see SettingsBackend::BeginReadGroup) open on the
+  // registry's backend for its lifetime: the reads made meanwhile look for
+  // outside changes of the store once.
+  class ReadGroup {
+   public:
+    explicit ReadGroup(CRegistry& registry);
+    ~ReadGroup();
+    ReadGroup(const ReadGroup&) = delete;
+    ReadGroup& operator=(const ReadGroup&) = delete;
+
+   private:
+    SettingsBackend& backend_;
+  };
 
  private:
   SettingsBackend& Backend();

@@ -222,6 +222,35 @@ TEST_F(HiveFileTest, CachesUntilTheFileChanges) {
   EXPECT_EQ(parses + 1, hive.parse_count());
 }
 
+TEST_F(HiveFileTest, AReadGroupLooksForOutsideChangesOnceAndTheNextReadLooksAgain) {
+  HiveFileSettings hive(path_);
+  HiveFileSettings other_program(path_);
+  CRegistry reg(&hive);
+  CRegistry other(&other_program);
+  reg.SaveRegWord(kHkcu, kConfigKey, "LNR", 1);
+  {
+    CRegistry::ReadGroup group(reg);
+    EXPECT_EQ(1, reg.ReadRegWord(kHkcu, kConfigKey, "LNR", 0));
+    other.SaveRegWord(kHkcu, kConfigKey, "LNR", 2);
+    {
+      CRegistry::ReadGroup nested(reg);
+      EXPECT_EQ(1, reg.ReadRegWord(kHkcu, kConfigKey, "LNR", 0)) << "one reading per group";
+    }
+    EXPECT_EQ(1, reg.ReadRegWord(kHkcu, kConfigKey, "LNR", 0)) << "the outer group still holds";
+    reg.SaveRegWord(kHkcu, kConfigKey, "ShowModulePath", 3);
+    EXPECT_EQ(3, reg.ReadRegWord(kHkcu, kConfigKey, "ShowModulePath", 0)) << "own writes show";
+  }
+  EXPECT_EQ(2, reg.ReadRegWord(kHkcu, kConfigKey, "LNR", 0))
+      << "our write re-read the file, the other program's value is kept";
+  other.SaveRegWord(kHkcu, kConfigKey, "LNR", 4);
+  EXPECT_EQ(4, reg.ReadRegWord(kHkcu, kConfigKey, "LNR", 0)) << "outside a group every read looks";
+  {
+    CRegistry::ReadGroup group(reg);
+    other.SaveRegWord(kHkcu, kConfigKey, "LNR", 5);
+    EXPECT_EQ(5, reg.ReadRegWord(kHkcu, kConfigKey, "LNR", 0)) << "a new group looks again";
+  }
+}
+
 TEST_F(HiveFileTest, UnreadableFileIsReportedAndNeverOverwritten) {
   std::filesystem::create_directories(dir_ / "sub");
   std::ofstream(path_, std::ios::binary) << "not a hive\n";

@@ -60,22 +60,33 @@ RegistryTree& RegistryTree::operator=(const RegistryTree& other) {
 
 std::string RegistryTree::RootName(uint32_t root) {
   switch (root) {
-    case 0x80000000u: return "HKEY_CLASSES_ROOT";
-    case kHkeyCurrentUser: return "HKEY_CURRENT_USER";
-    case kHkeyLocalMachine: return "HKEY_LOCAL_MACHINE";
-    case 0x80000003u: return "HKEY_USERS";
-    case 0x80000005u: return "HKEY_CURRENT_CONFIG";
-    default: return "";
+    case 0x80000000u:
+      return "HKEY_CLASSES_ROOT";
+    case kHkeyCurrentUser:
+      return "HKEY_CURRENT_USER";
+    case kHkeyLocalMachine:
+      return "HKEY_LOCAL_MACHINE";
+    case 0x80000003u:
+      return "HKEY_USERS";
+    case 0x80000005u:
+      return "HKEY_CURRENT_CONFIG";
+    default:
+      return "";
   }
 }
 
 uint32_t RegistryTree::RootHandle(const std::string& name) {
   static const std::pair<const char*, uint32_t> kNames[] = {
-      {"HKEY_CLASSES_ROOT", 0x80000000u}, {"HKCR", 0x80000000u},
-      {"HKEY_CURRENT_USER", kHkeyCurrentUser}, {"HKCU", kHkeyCurrentUser},
-      {"HKEY_LOCAL_MACHINE", kHkeyLocalMachine}, {"HKLM", kHkeyLocalMachine},
-      {"HKEY_USERS", 0x80000003u}, {"HKU", 0x80000003u},
-      {"HKEY_CURRENT_CONFIG", 0x80000005u}, {"HKCC", 0x80000005u}};
+      {"HKEY_CLASSES_ROOT", 0x80000000u},
+      {"HKCR", 0x80000000u},
+      {"HKEY_CURRENT_USER", kHkeyCurrentUser},
+      {"HKCU", kHkeyCurrentUser},
+      {"HKEY_LOCAL_MACHINE", kHkeyLocalMachine},
+      {"HKLM", kHkeyLocalMachine},
+      {"HKEY_USERS", 0x80000003u},
+      {"HKU", 0x80000003u},
+      {"HKEY_CURRENT_CONFIG", 0x80000005u},
+      {"HKCC", 0x80000005u}};
   for (const auto& [n, h] : kNames)
     if (EqualsIgnoreCase(name, n)) return h;
   return 0;
@@ -128,7 +139,14 @@ bool RegistryTree::KeyExists(uint32_t root, const std::string& path) {
 
 std::optional<RegValue> RegistryTree::QueryValue(uint32_t root, const std::string& path,
                                                  const std::string& name) {
+  bool key_exists = false;
+  return ReadValue(root, path, name, &key_exists);
+}
+
+std::optional<RegValue> RegistryTree::ReadValue(uint32_t root, const std::string& path,
+                                                const std::string& name, bool* key_exists) {
   Node* node = Find(root, path);
+  *key_exists = node != nullptr;
   if (!node) return std::nullopt;
   for (const auto& [n, v] : node->values)
     if (EqualsIgnoreCase(n, name)) return v;

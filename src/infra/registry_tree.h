@@ -39,6 +39,8 @@ class RegistryTree : public SettingsBackend {
                                      uint32_t index) override;
   std::optional<std::pair<std::string, RegValue>> EnumValue(uint32_t root, const std::string& path,
                                                             uint32_t index) override;
+  std::optional<RegValue> ReadValue(uint32_t root, const std::string& path, const std::string& name,
+                                    bool* key_exists) override;
 
   // The root nodes ("HKEY_CURRENT_USER", ...), for serialisers.
   const Node* Root(uint32_t root) const;

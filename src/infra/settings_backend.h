@@ -62,6 +62,24 @@ class SettingsBackend {
   virtual std::optional<std::pair<std::string, RegValue>> EnumValue(uint32_t root,
                                                                     const std::string& path,
                                                                     uint32_t index) = 0;
+
+  // RegOpenKeyA and RegQueryValueExA in one step: the value (nothing when
+  // key or value are missing) and, in `key_exists`, whether the key is
+  // there. A store that costs something per call answers both at once.
+  virtual std::optional<RegValue> ReadValue(uint32_t root, const std::string& path,
+                                            const std::string& name, bool* key_exists) {
+    *key_exists = KeyExists(root, path);
+    if (!*key_exists) return std::nullopt;
+    return QueryValue(root, path, name);
+  }
+
+  // A group of reads that belong together, such as the settings of one
+  // readiness check. Inside a group a store kept outside the process may
+  // look for outside changes once, at the group's first read, rather than
+  // at every read; the next group looks again. Groups nest; changes made
+  // through the backend itself are always seen.
+  virtual void BeginReadGroup() {}
+  virtual void EndReadGroup() {}
 };
 
 }  // namespace folioscope
