@@ -59,6 +59,9 @@ class CReportSet {
   void SetQuellPath(const std::string& value) { quell_path_ = value; }
   CLanguages& Languages() const { return *languages_; }
   void SetLanguages(std::shared_ptr<CLanguages> value) { languages_ = std::move(value); }
+  // The languages as shared with wrappers that may outlive a later
+  // SetLanguages (the COM server's CLanguages objects).
+  const std::shared_ptr<CLanguages>& SharedLanguages() const { return languages_; }
 
  private:
   std::string name_;
