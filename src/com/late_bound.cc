@@ -1,5 +1,7 @@
 #include "com/late_bound.h"
 
+#include <dispex.h>
+
 #include <cmath>
 #include <vector>
 
@@ -60,6 +62,10 @@ int32_t NumberOfFault(const EXCEPINFO& info) {
   throw vb::RuntimeError(static_cast<int32_t>(hr), RuntimeText(kAutomationError) + ": " + what);
 }
 
+// IID_IDispatchEx, which MinGW's uuid library lacks.
+constexpr IID kIidDispatchEx = {
+    0xa6ef9860, 0xc720, 0x11d0, {0x93, 0x37, 0x00, 0xa0, 0xc9, 0x0d, 0xca, 0xa9}};
+
 bool IsObjectOrArray(VARTYPE type) {
   return type == VT_DISPATCH || type == VT_UNKNOWN || (type & VT_ARRAY) != 0;
 }
@@ -110,9 +116,22 @@ void RaiseAbout(int32_t number, const std::string& what) {
 DISPID FindName(IDispatch* object, const wchar_t* name) {
   DISPID dispid = DISPID_UNKNOWN;
   LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
-  if (FAILED(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &dispid))) {
+  const HRESULT hr = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &dispid);
+  if (SUCCEEDED(hr)) return dispid;
+  if (hr == DISP_E_UNKNOWNNAME) return DISPID_UNKNOWN;
+  // Some script engines answer names only through IDispatchEx (Wine's
+  // VBScript classes, for one).
+  IDispatchEx* ex = nullptr;
+  if (FAILED(object->QueryInterface(kIidDispatchEx, reinterpret_cast<void**>(&ex)))) {
     return DISPID_UNKNOWN;
   }
+  BSTR wide = SysAllocString(name);
+  dispid = DISPID_UNKNOWN;
+  if (wide == nullptr || FAILED(ex->GetDispID(wide, fdexNameCaseInsensitive, &dispid))) {
+    dispid = DISPID_UNKNOWN;
+  }
+  SysFreeString(wide);
+  ex->Release();
   return dispid;
 }
 

@@ -29,7 +29,7 @@ struct NameEntry {
 // positional ones in call order, and the assigned value of a property put.
 class Arguments {
  public:
-  Arguments(const DISPPARAMS* params, WORD flags) {
+  Arguments(DISPPARAMS* params, WORD flags) : raw_(params) {
     const UINT count = params != nullptr ? params->cArgs : 0;
     UINT first_positional = 0;
     if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0 && count > 0) {
@@ -54,6 +54,8 @@ class Arguments {
   const VARIANT& operator[](int i) const { return positional_[static_cast<size_t>(i)]; }
   bool has_value() const { return has_value_; }
   const VARIANT& value() const { return value_; }
+  // The arguments as the caller passed them.
+  DISPPARAMS* raw() const { return raw_; }
 
  private:
   static void Copy(const VARIANT& from, VARIANT* to) {
@@ -61,6 +63,7 @@ class Arguments {
     if (FAILED(VariantCopyInd(to, const_cast<VARIANT*>(&from)))) vb::Raise(kTypeMismatch);
   }
 
+  DISPPARAMS* raw_;
   std::vector<VARIANT> positional_;
   bool has_value_ = false;
   VARIANT value_ = {};
@@ -171,6 +174,18 @@ class ScriptObject : public IDispatch, public ComObjectRoot {
 
   static bool IsGet(WORD flags) { return (flags & (DISPATCH_PROPERTYGET | DISPATCH_METHOD)) != 0; }
   static bool IsPut(WORD flags) { return (flags & DISPATCH_PROPERTYPUT) != 0; }
+
+  // Raises a child's fault as this object's.
+  [[noreturn]] static void PassOn(EXCEPINFO& info) {
+    std::string text = FromBstr(info.bstrDescription);
+    SysFreeString(info.bstrSource);
+    SysFreeString(info.bstrDescription);
+    SysFreeString(info.bstrHelpFile);
+    const HRESULT code = info.scode;
+    throw vb::RuntimeError(HRESULT_FACILITY(code) == FACILITY_CONTROL ? HRESULT_CODE(code)
+                                                                      : static_cast<int32_t>(code),
+                           text);
+  }
 
   const Root& root() const { return root_; }
 
@@ -315,6 +330,16 @@ class NodeObject : public ScriptObject {
       return S_OK;
     }
     if (!IsGet(flags)) return DISP_E_MEMBERNOTFOUND;
+    if (field.child != nullptr && args.count() != 0) {
+      // Modules(1): the arguments go to the default member of the child.
+      Ref<IDispatch> child(field.child(root(), *node_));
+      EXCEPINFO info = {};
+      UINT arg_error = 0;
+      const HRESULT hr = child->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, flags,
+                                       args.raw(), result, &info, &arg_error);
+      if (hr == DISP_E_EXCEPTION) PassOn(info);
+      return hr;
+    }
     if (args.count() != 0) return DISP_E_BADPARAMCOUNT;
     if (field.text != nullptr) SetText(result, node_->*field.text);
     if (field.number != nullptr) SetLong(result, node_->*field.number);
