@@ -71,3 +71,14 @@ target_link_options(VBFolioscope PRIVATE -static -static-libgcc -static-libstdc+
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   target_link_options(VBFolioscope PRIVATE -Wl,--enable-stdcall-fixup)
 endif()
+
+# Checks of the server's machinery, run under Windows or Wine with the
+# DLL's path: com_server_test <VBFolioscope.dll> [--registration].
+add_executable(com_server_test ${FS_COM_DIR}/com_server_test.cc ${FS_COM_DIR}/com_support.cc
+                               ${FS_COM_IIDS} ${FS_COM_HEADER})
+target_include_directories(com_server_test PRIVATE ${CMAKE_SOURCE_DIR}/src ${FS_COM_GEN})
+target_link_libraries(com_server_test PRIVATE folioscope_component ole32 oleaut32 uuid advapi32
+                                              shell32 user32)
+target_link_options(com_server_test PRIVATE -static -static-libgcc -static-libstdc++)
+add_dependencies(com_server_test VBFolioscope)
+include(${FS_COM_DIR}/com_model_tests.cmake)

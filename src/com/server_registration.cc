@@ -147,11 +147,12 @@ HRESULT RegisterServer() {
   }
 
   std::wstring path = dll;
+  std::wstring folder = dll.substr(0, dll.find_last_of(L"\\/"));
   if (!per_user) {
-    hr = RegisterTypeLib(library, path.data(), nullptr);
+    hr = RegisterTypeLib(library, path.data(), folder.data());
     if (hr == TYPE_E_REGISTRYACCESS || hr == E_ACCESSDENIED) per_user = true;
   }
-  if (per_user) hr = RegisterTypeLibForUser(library, path.data(), nullptr);
+  if (per_user) hr = RegisterTypeLibForUser(library, path.data(), folder.data());
   library->Release();
   return FAILED(hr) ? SELFREG_E_TYPELIB : S_OK;
 }

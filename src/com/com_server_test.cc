@@ -1,0 +1,566 @@
+// Checks of the COM server's own machinery, run under Windows or Wine:
+//
+//   com_server_test <path of VBFolioscope.dll> [--registration]
+//
+// The program copies the DLL into a fresh folder with a small Res tree,
+// loads it there with LoadLibrary and creates objects through its
+// DllGetClassObject (no registration needed). It checks the string and
+// fault conversions, the dispatch ids callers bind to, late-bound calls and
+// their errors, the report-set collections, events through connection
+// points, the channel registration of CFSDataLogger and DllCanUnloadNow.
+// With --registration it also registers and unregisters the copy (this
+// writes to the registry of the prefix). Prints one line per failed check;
+// the exit status is the number of failures.
+#include <windows.h>
+
+#include <ocidl.h>
+
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "VBFolioscope.h"
+#include "com/com_support.h"
+
+namespace {
+
+int failures = 0;
+
+#define CHECK(condition, what)                                            \
+  do {                                                                    \
+    if (!(condition)) {                                                   \
+      ++failures;                                                         \
+      std::printf("FAIL line %d: %s (%s)\n", __LINE__, what, #condition); \
+    }                                                                     \
+  } while (0)
+
+using folioscope::com::FromBstr;
+using folioscope::com::ToBstr;
+
+// --- The DLL under test ------------------------------------------------------------
+
+using GetClassObjectFn = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+using NoArgumentFn = HRESULT(STDAPICALLTYPE*)();
+
+struct Server {
+  HMODULE module = nullptr;
+  GetClassObjectFn get_class_object = nullptr;
+  NoArgumentFn can_unload_now = nullptr;
+  NoArgumentFn register_server = nullptr;
+  NoArgumentFn unregister_server = nullptr;
+
+  template <class I>
+  I* Create(REFCLSID clsid, REFIID iid) {
+    IClassFactory* factory = nullptr;
+    if (FAILED(get_class_object(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory)))) {
+      return nullptr;
+    }
+    I* object = nullptr;
+    factory->CreateInstance(nullptr, iid, reinterpret_cast<void**>(&object));
+    factory->Release();
+    return object;
+  }
+};
+
+void WriteFile(const std::wstring& path, const std::string& text) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  DWORD written = 0;
+  ::WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  CloseHandle(file);
+}
+
+// A fresh application folder: the DLL, Res\IndexComment.ini with three
+// sets of which the second has no folder, and the two set folders.
+std::wstring MakeApplicationFolder(const std::wstring& dll) {
+  wchar_t temp[MAX_PATH];
+  GetTempPathW(MAX_PATH, temp);
+  const std::wstring folder =
+      std::wstring(temp) + L"com_server_test_" + std::to_wstring(GetCurrentProcessId());
+  CreateDirectoryW(folder.c_str(), nullptr);
+  CreateDirectoryW((folder + L"\\Res").c_str(), nullptr);
+  CreateDirectoryW((folder + L"\\Res\\Eins").c_str(), nullptr);
+  CreateDirectoryW((folder + L"\\Res\\Drei").c_str(), nullptr);
+  WriteFile(folder + L"\\Res\\IndexComment.ini",
+            "[Set1]\r\nName=Erstes\r\nPath=Eins\r\nLanguages=Deutsch \\ English\r\n"
+            "[Set2]\r\nName=Fehlt\r\nPath=Fehlt\r\nLanguages=Deutsch\r\n"
+            "[Set3]\r\nName=Drittes\r\nPath=Drei\r\nLanguages=Deutsch\r\n"
+            "[Eins]\r\nFile1=Eins\\Index.htm\r\n");
+  CopyFileW(dll.c_str(), (folder + L"\\VBFolioscope.dll").c_str(), FALSE);
+  return folder;
+}
+
+// --- Late binding ---------------------------------------------------------------------
+
+struct CallResult {
+  HRESULT hr = S_OK;
+  EXCEPINFO exception = {};
+  VARIANT value;
+  CallResult() { VariantInit(&value); }
+  CallResult(const CallResult&) = delete;
+  ~CallResult() {
+    VariantClear(&value);
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrHelpFile);
+  }
+};
+
+DISPID IdOf(IDispatch* object, const wchar_t* name) {
+  DISPID id = DISPID_UNKNOWN;
+  LPOLESTR names[1] = {const_cast<LPOLESTR>(name)};
+  object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
+  return id;
+}
+
+// Invokes `id` with `args` given in call order.
+void Call(IDispatch* object, DISPID id, WORD flags, std::vector<VARIANT> args, CallResult* result) {
+  std::vector<VARIANT> reversed(args.rbegin(), args.rend());
+  DISPID named = DISPID_PROPERTYPUT;
+  const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  DISPPARAMS params = {reversed.data(), put ? &named : nullptr, static_cast<UINT>(reversed.size()),
+                       put ? 1u : 0u};
+  UINT bad_argument = 0;
+  result->hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
+                              put ? nullptr : &result->value, &result->exception, &bad_argument);
+  for (VARIANT& v : args) VariantClear(&v);
+}
+
+VARIANT Long(LONG n) {
+  VARIANT v;
+  VariantInit(&v);
+  V_VT(&v) = VT_I4;
+  V_I4(&v) = n;
+  return v;
+}
+
+VARIANT Text(const std::string& s) {
+  VARIANT v;
+  VariantInit(&v);
+  V_VT(&v) = VT_BSTR;
+  V_BSTR(&v) = ToBstr(s);
+  return v;
+}
+
+VARIANT Object(IDispatch* object) {
+  VARIANT v;
+  VariantInit(&v);
+  V_VT(&v) = VT_DISPATCH;
+  V_DISPATCH(&v) = object;
+  if (object != nullptr) object->AddRef();
+  return v;
+}
+
+// The Name of the object a call returned.
+std::string NameOf(CallResult& r) {
+  if (V_VT(&r.value) != VT_DISPATCH || V_DISPATCH(&r.value) == nullptr) return "<none>";
+  CallResult name;
+  Call(V_DISPATCH(&r.value), IdOf(V_DISPATCH(&r.value), L"Name"), DISPATCH_PROPERTYGET, {}, &name);
+  return V_VT(&name.value) == VT_BSTR ? FromBstr(V_BSTR(&name.value)) : "<no name>";
+}
+
+// --- An event sink -----------------------------------------------------------------------
+
+struct Event {
+  DISPID id;
+  std::vector<std::string> values;  // arguments in call order, as text
+};
+
+class Sink final : public IDispatch {
+ public:
+  std::vector<Event> events;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) ||
+        IsEqualIID(riid, DIID___CFSCommunicator)) {
+      *object = static_cast<IDispatch*>(this);
+      AddRef();
+      return S_OK;
+    }
+    *object = nullptr;
+    return E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references_; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*,
+                                   EXCEPINFO*, UINT*) override {
+    Event e{id, {}};
+    for (UINT i = params->cArgs; i-- > 0;) {
+      const VARIANT& a = params->rgvarg[i];
+      switch (V_VT(&a)) {
+        case VT_BSTR | VT_BYREF:
+          e.values.push_back(FromBstr(*V_BSTRREF(&a)));
+          break;
+        case VT_I4 | VT_BYREF:
+          e.values.push_back(std::to_string(*V_I4REF(&a)));
+          break;
+        case VT_BOOL | VT_BYREF:
+          e.values.push_back(*V_BOOLREF(&a) == VARIANT_TRUE ? "True" : "False");
+          break;
+        default:
+          e.values.push_back("<not by reference>");
+      }
+    }
+    events.push_back(e);
+    return S_OK;
+  }
+
+ private:
+  ULONG references_ = 1;
+};
+
+// Connects `sink` to `communicator` as `iid`; returns the cookie (0 on failure).
+DWORD Connect(IUnknown* communicator, Sink* sink, REFIID iid) {
+  IConnectionPointContainer* container = nullptr;
+  if (FAILED(communicator->QueryInterface(IID_IConnectionPointContainer,
+                                          reinterpret_cast<void**>(&container)))) {
+    return 0;
+  }
+  IConnectionPoint* point = nullptr;
+  DWORD cookie = 0;
+  if (SUCCEEDED(container->FindConnectionPoint(iid, &point))) {
+    point->Advise(sink, &cookie);
+    point->Release();
+  }
+  container->Release();
+  return cookie;
+}
+
+void Disconnect(IUnknown* communicator, DWORD cookie) {
+  IConnectionPointContainer* container = nullptr;
+  communicator->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container));
+  IConnectionPoint* point = nullptr;
+  container->FindConnectionPoint(DIID___CFSCommunicator, &point);
+  point->Unadvise(cookie);
+  point->Release();
+  container->Release();
+}
+
+// --- The checks --------------------------------------------------------------------------
+
+void CheckConversions() {
+  // Every byte survives the trip through a BSTR, and the ones that differ
+  // between code pages land on their Windows-1252 characters.
+  std::string all;
+  for (int b = 1; b < 256; ++b) all.push_back(static_cast<char>(b));
+  all.push_back('\0');
+  all += "end";
+  BSTR wide = ToBstr(all);
+  CHECK(FromBstr(wide) == all, "all bytes round-trip");
+  CHECK(wide[0xFC - 1] == 0x00FC && wide[0x80 - 1] == 0x20AC && wide[0x9F - 1] == 0x0178,
+        "u-umlaut, euro sign and Y-diaeresis");
+  SysFreeString(wide);
+  CHECK(FromBstr(nullptr).empty(), "a null BSTR reads as empty");
+
+  struct {
+    int32_t number;
+    HRESULT expected;
+  } faults[] = {{5, static_cast<HRESULT>(0x800A0005)},
+                {457, static_cast<HRESULT>(0x800A01C9)},
+                {vb::kObjectError + 1, static_cast<HRESULT>(0x80040001)}};
+  for (const auto& f : faults) {
+    const HRESULT hr =
+        folioscope::com::Guard("CTest", [&] { throw vb::RuntimeError(f.number, "Text \xE4"); });
+    CHECK(hr == f.expected, "fault number to HRESULT");
+    IErrorInfo* info = nullptr;
+    CHECK(GetErrorInfo(0, &info) == S_OK && info != nullptr, "error info set");
+    if (info != nullptr) {
+      BSTR source = nullptr;
+      BSTR description = nullptr;
+      info->GetSource(&source);
+      info->GetDescription(&description);
+      CHECK(FromBstr(source) == "VBFolioscope.CTest", "error source names the class");
+      CHECK(FromBstr(description) == "Text \xE4", "error description");
+      SysFreeString(source);
+      SysFreeString(description);
+      info->Release();
+    }
+  }
+  CHECK(folioscope::com::Guard("CTest", [] { throw std::bad_alloc(); }) ==
+            static_cast<HRESULT>(0x800A0007),
+        "no memory is error 7");
+  CHECK(folioscope::com::Guard("CTest", [] { return S_FALSE; }) == S_FALSE,
+        "a body's own HRESULT passes through");
+}
+
+void CheckDispatchIds(Server& server) {
+  struct {
+    const CLSID* clsid;
+    const wchar_t* name;
+    DISPID expected;
+  } ids[] = {
+      {&CLSID_CFSCommunicator, L"AddLog", 0x60030000},
+      {&CLSID_CFSDataLogger, L"FSCommunicator", 0x68030000},
+      {&CLSID_CReportSets, L"Item", DISPID_VALUE},
+      {&CLSID_CReportSets, L"Count", 0x68030001},
+      {&CLSID_CReportSet, L"Languages", 0x68030002},
+      {&CLSID_CLanguages, L"Item", DISPID_VALUE},
+  };
+  for (const auto& entry : ids) {
+    IDispatch* object = server.Create<IDispatch>(*entry.clsid, IID_IDispatch);
+    CHECK(object != nullptr, "class creatable");
+    if (object == nullptr) continue;
+    CHECK(IdOf(object, entry.name) == entry.expected, "dispatch id");
+    object->Release();
+  }
+}
+
+void CheckCatalogue(Server& server) {
+  IDispatch* sets = server.Create<IDispatch>(CLSID_CReportSets, IID_IDispatch);
+  CHECK(sets != nullptr, "CReportSets creatable");
+  if (sets == nullptr) return;
+  CallResult count;
+  Call(sets, IdOf(sets, L"Count"), DISPATCH_PROPERTYGET, {}, &count);
+  CHECK(V_VT(&count.value) == VT_I4 && V_I4(&count.value) == 2,
+        "the set without folder is left out");
+
+  // Numbers, numeric text and keys; the missing folder leaves no gap.
+  const WORD get = DISPATCH_PROPERTYGET | DISPATCH_METHOD;
+  struct {
+    VARIANT index;
+    const char* name;
+  } lookups[] = {{Long(0), "Erstes"},     {Long(1), "Drittes"},      {Text("1"), "Drittes"},
+                 {Text(" 0 "), "Erstes"}, {Text("Drei"), "Drittes"}, {Text("eins"), "Erstes"}};
+  for (auto& l : lookups) {
+    CallResult r;
+    Call(sets, DISPID_VALUE, get, {l.index}, &r);
+    CHECK(r.hr == S_OK && NameOf(r) == l.name, l.name);
+  }
+  CallResult first;
+  CallResult again;
+  Call(sets, DISPID_VALUE, get, {Long(0)}, &first);
+  Call(sets, DISPID_VALUE, get, {Text("Eins")}, &again);
+  CHECK(V_VT(&first.value) == VT_DISPATCH && V_DISPATCH(&first.value) == V_DISPATCH(&again.value),
+        "one object per set");
+
+  for (VARIANT bad : {Long(2), Text("Fehlt"), Long(-1), Text("1.5")}) {
+    CallResult r;
+    Call(sets, DISPID_VALUE, get, {bad}, &r);
+    CHECK(r.hr == DISP_E_EXCEPTION && r.exception.scode == static_cast<SCODE>(0x800A0005),
+          "a missing set is error 5 to the caller");
+    CHECK(r.exception.bstrDescription != nullptr &&
+              FromBstr(r.exception.bstrDescription).rfind("Ung\xFCltiger", 0) == 0,
+          "with the runtime's German text");
+  }
+
+  // The languages of the first set, blanks around the names dropped.
+  if (V_VT(&first.value) == VT_DISPATCH) {
+    IDispatch* set = V_DISPATCH(&first.value);
+    CallResult languages;
+    Call(set, IdOf(set, L"Languages"), DISPATCH_PROPERTYGET, {}, &languages);
+    IDispatch* list = V_DISPATCH(&languages.value);
+    CallResult english;
+    Call(list, DISPID_VALUE, get, {Long(1)}, &english);
+    CHECK(NameOf(english) == "English", "second language");
+    CallResult deutsch;
+    Call(list, DISPID_VALUE, get, {Text("Deutsch")}, &deutsch);
+    CHECK(NameOf(deutsch) == "Deutsch", "language by name");
+  }
+  sets->Release();
+}
+
+void CheckEvents(Server& server) {
+  IUnknown* communicator = server.Create<IUnknown>(CLSID_CFSCommunicator, IID_IUnknown);
+  CHECK(communicator != nullptr, "CFSCommunicator creatable");
+  if (communicator == nullptr) return;
+
+  IProvideClassInfo2* info = nullptr;
+  communicator->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(&info));
+  CHECK(info != nullptr, "IProvideClassInfo2");
+  if (info != nullptr) {
+    GUID source = GUID_NULL;
+    info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source);
+    CHECK(IsEqualGUID(source, DIID___CFSCommunicator), "default source interface");
+    info->Release();
+  }
+
+  Sink by_events;
+  Sink by_dispatch;
+  const DWORD first = Connect(communicator, &by_events, DIID___CFSCommunicator);
+  const DWORD second = Connect(communicator, &by_dispatch, IID_IDispatch);
+  CHECK(first != 0 && second != 0 && first != second, "both sinks connected");
+
+  IDispatch* dispatch = nullptr;
+  communicator->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch));
+  CallResult r;
+  Call(dispatch, 0x60030000, DISPATCH_METHOD, {Text("Meldung \xFC"), Long(3)}, &r);
+  CHECK(r.hr == S_OK, "AddLog late-bound");
+  CHECK(by_events.events.size() == 1 && by_dispatch.events.size() == 1, "one Message each");
+  if (!by_events.events.empty()) {
+    const Event& e = by_events.events[0];
+    CHECK(e.id == 1 && e.values == std::vector<std::string>({"Meldung \xFC", "3"}),
+          "Message(Desc, IconIndex) by reference");
+  }
+
+  // A disconnected sink hears nothing more.
+  Disconnect(communicator, first);
+  Call(dispatch, 0x60030000, DISPATCH_METHOD, {Text("zwei"), Long(1)}, &r);
+  CHECK(by_events.events.size() == 1 && by_dispatch.events.size() == 2, "Unadvise");
+  Disconnect(communicator, second);
+  dispatch->Release();
+  communicator->Release();
+}
+
+// The component's own messages go to the communicator registered last, and
+// to none after Nothing was assigned.
+void CheckChannel(Server& server) {
+  IUnknown* a = server.Create<IUnknown>(CLSID_CFSCommunicator, IID_IUnknown);
+  IUnknown* b = server.Create<IUnknown>(CLSID_CFSCommunicator, IID_IUnknown);
+  IDispatch* logger = server.Create<IDispatch>(CLSID_CFSDataLogger, IID_IDispatch);
+  CHECK(a != nullptr && b != nullptr && logger != nullptr, "channel classes creatable");
+  if (a == nullptr || b == nullptr || logger == nullptr) return;
+  Sink sink_a;
+  Sink sink_b;
+  const DWORD cookie_a = Connect(a, &sink_a, DIID___CFSCommunicator);
+  const DWORD cookie_b = Connect(b, &sink_b, DIID___CFSCommunicator);
+
+  auto assign = [&](IUnknown* communicator) {
+    IDispatch* d = nullptr;
+    if (communicator != nullptr) {
+      communicator->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&d));
+    }
+    CallResult r;
+    Call(logger, 0x68030000, DISPATCH_PROPERTYPUTREF, {Object(d)}, &r);
+    if (d != nullptr) d->Release();
+    return r.hr;
+  };
+  // Loading a catalogue with a missing set folder sends one message.
+  auto load_catalogue = [&] {
+    IUnknown* sets = server.Create<IUnknown>(CLSID_CReportSets, IID_IUnknown);
+    if (sets != nullptr) sets->Release();
+  };
+
+  CHECK(assign(a) == S_OK, "register a");
+  load_catalogue();
+  CHECK(sink_a.events.size() == 1 && sink_b.events.empty(), "a hears the loader");
+  if (!sink_a.events.empty()) {
+    const Event& e = sink_a.events[0];
+    CHECK(e.id == 1 && e.values.size() == 2 &&
+              e.values[0].rfind("Der Pfad zum Report-Set 'Fehlt' konnte nicht gefunden", 0) == 0 &&
+              e.values[1] == "3",
+          "the missing-folder message with icon 3");
+  }
+  CHECK(assign(b) == S_OK, "register b");
+  load_catalogue();
+  CHECK(sink_a.events.size() == 1 && sink_b.events.size() == 1, "only b hears it now");
+  CHECK(assign(nullptr) == S_OK, "Nothing");
+  load_catalogue();
+  CHECK(sink_a.events.size() == 1 && sink_b.events.size() == 1, "no one hears it");
+
+  IDispatch* not_a_communicator = server.Create<IDispatch>(CLSID_CLanguage, IID_IDispatch);
+  CallResult wrong;
+  Call(logger, 0x68030000, DISPATCH_PROPERTYPUTREF, {Object(not_a_communicator)}, &wrong);
+  CHECK(FAILED(wrong.hr), "another class is refused");
+  not_a_communicator->Release();
+
+  Disconnect(a, cookie_a);
+  Disconnect(b, cookie_b);
+  logger->Release();
+  a->Release();
+  b->Release();
+}
+
+void CheckUnloading(Server& server) {
+  CHECK(server.can_unload_now() == S_OK, "nothing alive");
+  IUnknown* object = server.Create<IUnknown>(CLSID_CLanguage, IID_IUnknown);
+  CHECK(server.can_unload_now() == S_FALSE, "a live object keeps the DLL");
+  object->Release();
+  CHECK(server.can_unload_now() == S_OK, "released");
+  IClassFactory* factory = nullptr;
+  server.get_class_object(CLSID_CLanguage, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+  factory->LockServer(TRUE);
+  factory->Release();
+  CHECK(server.can_unload_now() == S_FALSE, "a server lock keeps the DLL");
+  server.get_class_object(CLSID_CLanguage, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+  factory->LockServer(FALSE);
+  factory->Release();
+  CHECK(server.can_unload_now() == S_OK, "unlocked");
+  IUnknown* unknown_class = nullptr;
+  CHECK(server.get_class_object(IID_IDispatch, IID_IClassFactory,
+                                reinterpret_cast<void**>(&unknown_class)) ==
+            CLASS_E_CLASSNOTAVAILABLE,
+        "a foreign class id");
+}
+
+std::wstring ReadDefault(HKEY root, const std::wstring& path, const wchar_t* name = nullptr) {
+  wchar_t value[MAX_PATH] = {};
+  DWORD size = sizeof(value);
+  if (RegGetValueW(root, path.c_str(), name, RRF_RT_REG_SZ, nullptr, value, &size) !=
+      ERROR_SUCCESS) {
+    return L"<missing>";
+  }
+  return value;
+}
+
+void CheckRegistration(Server& server, const std::wstring& dll) {
+  const std::wstring clsid = L"CLSID\\{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}";
+  CHECK(server.register_server() == S_OK, "DllRegisterServer");
+  CHECK(ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32") == dll, "server path");
+  CHECK(ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32", L"ThreadingModel") ==
+            L"Apartment",
+        "apartment threaded");
+  CHECK(ReadDefault(HKEY_CLASSES_ROOT, L"VBFolioscope.CFSCommunicator\\CLSID") ==
+            L"{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}",
+        "ProgID");
+  ITypeLib* library = nullptr;
+  CHECK(SUCCEEDED(LoadRegTypeLib(LIBID_VBFolioscope, 1, 0, 0, &library)), "type library");
+  if (library != nullptr) library->Release();
+  CHECK(server.unregister_server() == S_OK, "DllUnregisterServer");
+  CHECK(ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32") == L"<missing>",
+        "class removed");
+  CHECK(ReadDefault(HKEY_CLASSES_ROOT, L"VBFolioscope.CFSCommunicator\\CLSID") == L"<missing>",
+        "ProgID removed");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    std::printf("usage: com_server_test <VBFolioscope.dll> [--registration]\n");
+    return 2;
+  }
+  CoInitialize(nullptr);
+  std::wstring dll(argv[1], argv[1] + std::char_traits<char>::length(argv[1]));
+  wchar_t full[MAX_PATH];
+  GetFullPathNameW(dll.c_str(), MAX_PATH, full, nullptr);
+  const std::wstring copy = MakeApplicationFolder(full) + L"\\VBFolioscope.dll";
+
+  Server server;
+  server.module = LoadLibraryW(copy.c_str());
+  if (server.module == nullptr) {
+    std::printf("FAIL: cannot load %ls\n", copy.c_str());
+    return 1;
+  }
+  // Through void*: the entry points' real types differ from FARPROC's.
+  auto entry = [&](const char* name) {
+    return reinterpret_cast<void*>(GetProcAddress(server.module, name));
+  };
+  server.get_class_object = reinterpret_cast<GetClassObjectFn>(entry("DllGetClassObject"));
+  server.can_unload_now = reinterpret_cast<NoArgumentFn>(entry("DllCanUnloadNow"));
+  server.register_server = reinterpret_cast<NoArgumentFn>(entry("DllRegisterServer"));
+  server.unregister_server = reinterpret_cast<NoArgumentFn>(entry("DllUnregisterServer"));
+  CHECK(server.get_class_object && server.can_unload_now && server.register_server &&
+            server.unregister_server,
+        "the four entry points are exported by name");
+  if (failures > 0) return failures;
+
+  CheckConversions();
+  CheckDispatchIds(server);
+  CheckCatalogue(server);
+  CheckEvents(server);
+  CheckChannel(server);
+  CheckUnloading(server);
+  if (argc > 2 && std::string(argv[2]) == "--registration") CheckRegistration(server, copy);
+
+  std::printf("com_server_test: %d failure(s)\n", failures);
+  return failures;
+}
