@@ -14,10 +14,26 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "reportsets/ressource.h"
 
 namespace folioscope {
+
+// One entry of a placeholder pass.
+struct TokenReplacement {
+  std::string_view key;
+  std::string_view value;
+};
+
+// Replaces every occurrence of each key by its value, entry by entry in the
+// given order: exactly what one plain replace-all per entry gives, including
+// texts whose replacements create or destroy other keys' occurrences. When
+// every key is a whole token "&&&Name&&&" and the text's tokens stand apart,
+// the text is scanned once and tokens are looked up; otherwise each key is
+// searched in turn.
+void ReplaceEachInOrder(std::string& text, const std::vector<TokenReplacement>& replacements);
 
 // True for a PlaceHolder key naming a resource file (last 8 characters
 // "_File&&&").
