@@ -1,0 +1,606 @@
+// Tests of the source-model bridge (com_model.h) and of the project reader's
+// script objects (model_objects.h). A Windows program: run it under Wine or
+// Windows. The caller's objects are small property bags written here; the
+// code-line dictionaries are real Scripting.Dictionary objects.
+#include "com/com_model.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "com/com_support.h"
+#include "com/late_bound.h"
+#include "com/model_objects.h"
+#include "infra/vb_runtime.h"
+
+namespace folioscope::com {
+namespace {
+
+// --- The caller's objects -----------------------------------------------------
+
+VARIANT Text(const wchar_t* text) {
+  VARIANT v;
+  V_VT(&v) = VT_BSTR;
+  V_BSTR(&v) = SysAllocString(text);
+  return v;
+}
+
+VARIANT Long(int32_t n) {
+  VARIANT v;
+  V_VT(&v) = VT_I4;
+  V_I4(&v) = n;
+  return v;
+}
+
+// Takes over `object`'s reference.
+VARIANT Object(IDispatch* object) {
+  VARIANT v;
+  V_VT(&v) = VT_DISPATCH;
+  V_DISPATCH(&v) = object;
+  return v;
+}
+
+// A VBScript-style array of objects (takes over the references).
+VARIANT ArrayOf(std::vector<IDispatch*> objects) {
+  SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(objects.size()));
+  VARIANT* data = nullptr;
+  SafeArrayAccessData(array, reinterpret_cast<void**>(&data));
+  for (size_t i = 0; i < objects.size(); ++i) data[i] = Object(objects[i]);
+  SafeArrayUnaccessData(array);
+  VARIANT v;
+  V_VT(&v) = VT_ARRAY | VT_VARIANT;
+  V_ARRAY(&v) = array;
+  return v;
+}
+
+// A property bag with IDispatch: named values, read and written by name,
+// and optionally a 1-based Item(i) over `items` (a collection the VB way).
+// Counts the Invoke calls it answers and records property puts.
+class Bag : public IDispatch {
+ public:
+  static Bag* New() { return new Bag(); }
+
+  // Sets property `name` (takes over `value`).
+  Bag* Set(const wchar_t* name, VARIANT value) {
+    VariantClear(&values_[Id(name)]);
+    values_[Id(name)] = value;
+    return this;
+  }
+  // Item(i) answers items[i - 1]; Count answers their number (takes over
+  // the values).
+  Bag* WithItems(std::vector<VARIANT> items) {
+    items_ = items;
+    Set(L"Count", Long(static_cast<int32_t>(items.size())));
+    Id(L"Item");
+    return this;
+  }
+  // Puts into `name` fail, as with a read-only property.
+  Bag* RefusingPut(const wchar_t* name) {
+    refused_.push_back(Id(name));
+    return this;
+  }
+  // A method Add(key, item), recorded as "key=item".
+  Bag* WithAdd() {
+    Id(L"Add");
+    return this;
+  }
+  const std::vector<std::string>& added() const { return added_; }
+  // Reading `name` raises VB error `number` with `text`.
+  Bag* Raising(const wchar_t* name, int32_t number, const wchar_t* text) {
+    raising_[Id(name)] = {number, text};
+    return this;
+  }
+
+  int invokes() const { return invokes_; }
+  // The text last put into `name`, "" when none.
+  std::string PutText(const wchar_t* name) const {
+    auto it = puts_.find(name);
+    return it == puts_.end() ? std::string() : it->second;
+  }
+  int put_count() const { return put_count_; }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    *object = nullptr;
+    if (!IsEqualIID(riid, IID_IUnknown) && !IsEqualIID(riid, IID_IDispatch)) {
+      return E_NOINTERFACE;
+    }
+    *object = static_cast<IDispatch*>(this);
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
+    *n = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
+                                          DISPID* ids) override {
+    for (size_t i = 0; i < names_.size(); ++i) {
+      if (_wcsicmp(names_[i].c_str(), names[0]) == 0) {
+        ids[0] = static_cast<DISPID>(i + 1);
+        return S_OK;
+      }
+    }
+    ids[0] = DISPID_UNKNOWN;
+    return DISP_E_UNKNOWNNAME;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params,
+                                   VARIANT* result, EXCEPINFO* info, UINT*) override {
+    ++invokes_;
+    if (id < 1 || static_cast<size_t>(id) > names_.size()) return DISP_E_MEMBERNOTFOUND;
+    const std::wstring& name = names_[static_cast<size_t>(id - 1)];
+    if (name == L"Add") {
+      added_.push_back(TextOf(params->rgvarg[1]) + "=" + TextOf(params->rgvarg[0]));
+      return S_OK;
+    }
+    if ((flags & DISPATCH_PROPERTYPUT) != 0) {
+      if (std::find(refused_.begin(), refused_.end(), id) != refused_.end()) {
+        return DISP_E_MEMBERNOTFOUND;
+      }
+      ++put_count_;
+      puts_[name] = TextOf(params->rgvarg[0]);
+      return VariantCopy(&values_[id], &params->rgvarg[0]);
+    }
+    if (auto raise = raising_.find(id); raise != raising_.end()) {
+      *info = {};
+      info->scode = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, raise->second.first);
+      info->bstrDescription = SysAllocString(raise->second.second);
+      return DISP_E_EXCEPTION;
+    }
+    if (name == L"Item") {
+      if (params->cArgs != 1) return DISP_E_BADPARAMCOUNT;
+      const int32_t i = V_I4(&params->rgvarg[0]);
+      if (i < 1 || static_cast<size_t>(i) > items_.size()) return DISP_E_BADINDEX;
+      return VariantCopy(result, &items_[static_cast<size_t>(i - 1)]);
+    }
+    if (params->cArgs != 0) return DISP_E_BADPARAMCOUNT;
+    return VariantCopy(result, &values_[id]);
+  }
+
+ private:
+  Bag() = default;
+  virtual ~Bag() {
+    for (auto& [id, v] : values_) VariantClear(&v);
+    for (VARIANT& item : items_) VariantClear(&item);
+  }
+  static std::string TextOf(VARIANT& value) {
+    VARIANT text;
+    VariantInit(&text);
+    VariantChangeType(&text, &value, 0, VT_BSTR);
+    std::string result = FromBstr(V_BSTR(&text));
+    VariantClear(&text);
+    return result;
+  }
+  DISPID Id(const wchar_t* name) {
+    for (size_t i = 0; i < names_.size(); ++i) {
+      if (names_[i] == name) return static_cast<DISPID>(i + 1);
+    }
+    names_.push_back(name);
+    const DISPID id = static_cast<DISPID>(names_.size());
+    VariantInit(&values_[id]);
+    return id;
+  }
+
+  ULONG references_ = 1;
+  std::vector<std::wstring> names_;
+  std::map<DISPID, VARIANT> values_;
+  std::vector<VARIANT> items_;
+  std::vector<DISPID> refused_;
+  std::vector<std::string> added_;
+  std::map<DISPID, std::pair<int32_t, const wchar_t*>> raising_;
+  std::map<std::wstring, std::string> puts_;
+  int invokes_ = 0;
+  int put_count_ = 0;
+};
+
+Ref<IDispatch> NewDictionary() {
+  CLSID clsid;
+  EXPECT_EQ(CLSIDFromProgID(L"Scripting.Dictionary", &clsid), S_OK);
+  IDispatch* d = nullptr;
+  EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                             reinterpret_cast<void**>(&d)),
+            S_OK);
+  return Ref<IDispatch>(d);
+}
+
+void AddEntry(IDispatch* d, VARIANT key, const wchar_t* item) {
+  VARIANT args[2] = {key, Text(item)};
+  ASSERT_TRUE(CallMethod(d, L"Add", args, 2));
+  VariantClear(&args[0]);
+  VariantClear(&args[1]);
+}
+
+// A Scripting.Dictionary of lines keyed 1..n.
+IDispatch* Lines(std::vector<const wchar_t*> lines) {
+  Ref<IDispatch> d = NewDictionary();
+  for (size_t i = 0; i < lines.size(); ++i) {
+    AddEntry(d.get(), Long(static_cast<int32_t>(i + 1)), lines[i]);
+  }
+  return d.release();
+}
+
+int32_t CountOf(IDispatch* object) {
+  Variant count;
+  GetRequired(object, L"Count", "Count", count.get());
+  return ToLong(*count, "Count");
+}
+
+IDispatch* NewParameter(const wchar_t* name) { return Bag::New()->Set(L"Name", Text(name)); }
+
+Bag* NewMember(const wchar_t* name, std::vector<const wchar_t*> lines) {
+  return Bag::New()->Set(L"Name", Text(name))->Set(L"CodeLines", Object(Lines(lines)));
+}
+
+// Runs `read` and returns the run-time error it raised (number 0: none).
+template <class F>
+vb::RuntimeError ErrorOf(F&& read) {
+  try {
+    read();
+  } catch (const vb::RuntimeError& e) {
+    return e;
+  }
+  return vb::RuntimeError(0, "");
+}
+
+// --- Reading ---------------------------------------------------------------------
+
+TEST(ComModelTest, ReadsAMemberWithItsDefaultsAndParameters) {
+  Bag* by_value = Bag::New();
+  by_value->Set(L"Name", Text(L"Betrag"))
+      ->Set(L"Type", Text(L"Currency"))
+      ->Set(L"Passing", Text(L"ByVal"))
+      ->Set(L"Optional", Text(L"True"))
+      ->Set(L"Default", Long(0));
+  Bag* member = NewMember(L"Buchen", {L"'/// <summary>x</summary>", L"Sub Buchen()", L"End Sub"});
+  member->Set(L"Kind", Text(L"Sub"))
+      ->Set(L"HelpContextId", Text(L"42"))
+      ->Set(L"Parameters", ArrayOf({by_value, NewParameter(L"Rest")}));
+  Ref<IDispatch> owner(member);
+
+  auto read = CallerMember::Read(member);
+  SourceMember& m = read->model();
+  EXPECT_EQ(m.Name, "Buchen");
+  EXPECT_EQ(m.Kind, "Sub");
+  EXPECT_EQ(m.Scope, "");
+  EXPECT_EQ(m.HelpContextId, 42);
+  EXPECT_EQ(m.LineCount, 3);  // defaults to the lines read
+  ASSERT_EQ(m.CodeLines.Count(), 3);
+  EXPECT_EQ(m.CodeLines.Item(2), "Sub Buchen()");
+  ASSERT_EQ(m.Parameters.Count(), 2);
+  const SourceParameter& first = m.Parameters.Item(1);
+  EXPECT_EQ(first.Type, "Currency");
+  EXPECT_EQ(first.Passing, "ByVal");
+  EXPECT_TRUE(first.Optional);
+  EXPECT_EQ(first.Default, "0");
+  const SourceParameter& second = m.Parameters.Item(2);
+  EXPECT_EQ(second.Type, "Variant");
+  EXPECT_EQ(second.Passing, "ByRef");
+  EXPECT_FALSE(second.Optional);
+}
+
+TEST(ComModelTest, ReadsEveryKindOfCollectionAndKeepsLineKeyTypes) {
+  // Members as a Count/Item collection, components as a Scripting.Dictionary,
+  // modules as an array; lines keyed 1, "zwei", 3.0.
+  Ref<IDispatch> lines = NewDictionary();
+  AddEntry(lines.get(), Long(1), L"eins");
+  AddEntry(lines.get(), Text(L"zwei"), L"zwei");
+  VARIANT three;
+  V_VT(&three) = VT_R8;
+  V_R8(&three) = 3.0;
+  AddEntry(lines.get(), three, L"drei");
+
+  Bag* members = Bag::New()->WithItems({Object(NewMember(L"Header", {L"Option Explicit"})),
+                                        Object(NewMember(L"DoIt", {L"Sub DoIt()"}))});
+  Bag* module = Bag::New();
+  module->Set(L"Name", Text(L"modA"))
+      ->Set(L"CodeLines", Object(lines.release()))
+      ->Set(L"Members", Object(members));
+  Ref<IDispatch> components = NewDictionary();
+  VARIANT args[2] = {Text(L"modA"), Object(Bag::New()->Set(L"Name", Text(L"modA")))};
+  ASSERT_TRUE(CallMethod(components.get(), L"Add", args, 2));
+  VariantClear(&args[0]);
+  VariantClear(&args[1]);
+  Bag* project = Bag::New();
+  project->Set(L"Components", Object(components.release()))->Set(L"Modules", ArrayOf({module}));
+  Ref<IDispatch> owner(project);
+
+  auto read = CallerProject::Read(project);
+  SourceProject& p = read->model();
+  ASSERT_EQ(p.Components.Count(), 1);
+  EXPECT_EQ(p.Components.Item("MODA").Kind, "Module");  // default kind, keyed by name
+  ASSERT_EQ(p.Modules.Count(), 1);
+  SourceModule& m = p.Modules.Item("modA");
+  ASSERT_EQ(m.Members.Count(), 2);
+  EXPECT_EQ(m.Members.Item("doit").CodeLines.Item(1), "Sub DoIt()");
+  ASSERT_EQ(m.CodeLines.Count(), 3);
+  EXPECT_TRUE(m.CodeLines.KeyAt(0) == vb::DictKey::Long(1));
+  EXPECT_TRUE(m.CodeLines.KeyAt(1) == vb::DictKey::String("zwei"));
+  EXPECT_TRUE(m.CodeLines.KeyAt(2) == vb::DictKey::Long(3));
+  EXPECT_EQ(m.CodeLines.ItemAt(2), "drei");
+}
+
+TEST(ComModelTest, ReadCostsOneInvokePerPropertyAndOneCallForAllLines) {
+  // (Wine 8's Scripting.Dictionary refuses some keys above 272.)
+  std::vector<const wchar_t*> many(250, L"x = x + 1");
+  Bag* member = NewMember(L"Loop", many);
+  Ref<IDispatch> owner(member);
+  auto read = CallerMember::Read(member);
+  EXPECT_EQ(read->model().CodeLines.Count(), 250);
+  // Name and CodeLines; the optional properties are not there to invoke.
+  EXPECT_EQ(member->invokes(), 2);
+}
+
+TEST(ComModelTest, FaultsNameThePlaceAndKeepTheCallersOwnErrors) {
+  struct Case {
+    const char* what;
+    std::function<void()> read;
+    int32_t number;
+    std::string place;
+  };
+  auto member_with = [](const wchar_t* name, VARIANT value) {
+    return NewMember(L"M", {L"a"})->Set(name, value);
+  };
+  auto module_with_members = [](std::vector<IDispatch*> members) {
+    return Bag::New()
+        ->Set(L"Name", Text(L"modA"))
+        ->Set(L"CodeLines", Object(Lines({})))
+        ->Set(L"Members", ArrayOf(members));
+  };
+  const Case cases[] = {
+      {"Nothing", [] { CallerMember::Read(nullptr); }, 424, "SourceMember"},
+      {"no Name",
+       [] {
+         Ref<IDispatch> m(Bag::New());
+         CallerMember::Read(m.get());
+       },
+       438, "Name"},
+      {"CodeLines Nothing",
+       [&] {
+         Ref<IDispatch> m(member_with(L"CodeLines", Object(nullptr)));
+         CallerMember::Read(m.get());
+       },
+       424, "CodeLines"},
+      {"text for a Long",
+       [&] {
+         Ref<IDispatch> m(member_with(L"FirstLine", Text(L"zehn")));
+         CallerMember::Read(m.get());
+       },
+       13, "FirstLine"},
+      {"object for a text",
+       [&] {
+         Ref<IDispatch> m(member_with(L"Kind", Object(Bag::New())));
+         CallerMember::Read(m.get());
+       },
+       13, "Kind"},
+      {"scalar for a collection",
+       [&] {
+         Ref<IDispatch> m(member_with(L"Parameters", Long(3)));
+         CallerMember::Read(m.get());
+       },
+       13, "Parameters"},
+      {"nested missing CodeLines",
+       [&] {
+         Ref<IDispatch> m(module_with_members(
+             {NewMember(L"Header", {}), Bag::New()->Set(L"Name", Text(L"DoIt"))}));
+         CallerModule::Read(m.get());
+       },
+       438, "Members(2).CodeLines"},
+      {"Long overflow",
+       [&] {
+         VARIANT big;
+         V_VT(&big) = VT_R8;
+         V_R8(&big) = 1e12;
+         Ref<IDispatch> m(member_with(L"LineCount", big));
+         CallerMember::Read(m.get());
+       },
+       6, "LineCount"},
+  };
+  for (const Case& c : cases) {
+    const vb::RuntimeError e = ErrorOf(c.read);
+    EXPECT_EQ(e.number(), c.number) << c.what;
+    EXPECT_NE(e.description().find(c.place), std::string::npos)
+        << c.what << ": " << e.description();
+  }
+
+  Ref<IDispatch> raising(NewMember(L"M", {})->Raising(L"Scope", 5, L"kaputt"));
+  const vb::RuntimeError e = ErrorOf([&] { CallerMember::Read(raising.get()); });
+  EXPECT_EQ(e.number(), 5);
+  EXPECT_EQ(e.description(), "kaputt");
+}
+
+// --- Writing back ----------------------------------------------------------------
+
+TEST(ComModelTest, WriteBackAddsTheComponentsKeysAndChangedDescriptions) {
+  Bag* changed = static_cast<Bag*>(NewParameter(L"A"));
+  changed->Set(L"Description", Text(L""));
+  Bag* unchanged = static_cast<Bag*>(NewParameter(L"B"));
+  unchanged->Set(L"Description", Text(L"bleibt"));
+  changed->AddRef();
+  unchanged->AddRef();
+  Bag* member = NewMember(L"Rechne", {L"'/// x", L"Function Rechne(A, B)", L"End Function"});
+  member->Set(L"Parameters", ArrayOf({changed, unchanged}));
+  Ref<IDispatch> owner(member);
+
+  auto read = CallerMember::Read(member);
+  SourceMember& m = read->model();
+  m.CodeLines.Item(0);  // a scan's read of key 0 adds it
+  m.CodeLines.Item(4);  // ... and a read one past the end adds that
+  m.Parameters.Item(1).Description = "Das A.";
+  read->WriteBack();
+  read->WriteBack();  // nothing new: nothing written twice
+
+  Variant lines;
+  GetRequired(member, L"CodeLines", "CodeLines", lines.get());
+  IDispatch* d = V_DISPATCH(lines.get());
+  EXPECT_EQ(CountOf(d), 5);
+  Variant keys;
+  GetRequired(d, L"Keys", "Keys", keys.get());
+  VARIANT* key = nullptr;
+  SafeArrayAccessData(V_ARRAY(keys.get()), reinterpret_cast<void**>(&key));
+  EXPECT_EQ(V_VT(&key[3]), VT_I4);
+  EXPECT_EQ(V_I4(&key[3]), 0);
+  EXPECT_EQ(V_I4(&key[4]), 4);
+  SafeArrayUnaccessData(V_ARRAY(keys.get()));
+
+  EXPECT_EQ(changed->PutText(L"Description"), "Das A.");
+  EXPECT_EQ(changed->put_count(), 1);
+  EXPECT_EQ(unchanged->put_count(), 0);
+  changed->Release();
+  unchanged->Release();
+}
+
+TEST(ComModelTest, WriteBackUsesAddWhenTheLinesHaveNoItemPut) {
+  // A line list of the caller's own making: Count, Item(i), Add; no Items().
+  Bag* list = Bag::New()->WithItems({Text(L"eins"), Text(L"zwei")})->RefusingPut(L"Item");
+  list->WithAdd();
+  Bag* member = Bag::New();
+  member->Set(L"Name", Text(L"M"))->Set(L"CodeLines", Object(list));
+  Ref<IDispatch> owner(member);
+  auto read = CallerMember::Read(member);
+  EXPECT_EQ(read->model().CodeLines.Item(2), "zwei");
+  read->model().CodeLines.Item(0);
+  read->WriteBack();
+  EXPECT_EQ(list->added(), std::vector<std::string>{"0="});
+
+  // Without Item the list cannot be read at all.
+  Bag* bare = Bag::New();
+  bare->Set(L"Count", Long(1));
+  Ref<IDispatch> other(NewMember(L"M", {})->Set(L"CodeLines", Object(bare)));
+  const vb::RuntimeError e = ErrorOf([&] { CallerMember::Read(other.get()); });
+  EXPECT_EQ(e.number(), 438);
+  EXPECT_NE(e.description().find("CodeLines.Item"), std::string::npos) << e.description();
+}
+
+// --- Our own objects ---------------------------------------------------------------
+
+std::shared_ptr<SourceProject> SmallProject() {
+  auto project = std::make_shared<SourceProject>();
+  project->Name = "Kontor";
+  auto component = std::make_unique<SourceComponent>();
+  component->Name = "CKonto";
+  component->Kind = "Class";
+  project->Components.Add(std::move(component), "CKonto");
+  auto module = std::make_unique<SourceModule>();
+  module->Name = "CKonto";
+  auto member = std::make_unique<SourceMember>();
+  member->Name = "Buchen";
+  member->CodeLines.Add(1, "'/// <summary>Bucht.</summary>");
+  member->CodeLines.Add(2, "Public Sub Buchen()");
+  auto parameter = std::make_unique<SourceParameter>();
+  parameter->Name = "Betrag";
+  member->Parameters.Add(std::move(parameter));
+  module->Members.Add(std::move(member), "Buchen");
+  project->Modules.Add(std::move(module), "CKonto");
+  return project;
+}
+
+// Invoke by name with arguments in call order.
+HRESULT Call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> args,
+             VARIANT* result) {
+  const DISPID id = FindName(object, name);
+  if (id == DISPID_UNKNOWN) return DISP_E_UNKNOWNNAME;
+  std::vector<VARIANT> reversed(args.rbegin(), args.rend());
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS params = {reversed.data(), flags == DISPATCH_PROPERTYPUT ? &put : nullptr,
+                       static_cast<UINT>(reversed.size()), flags == DISPATCH_PROPERTYPUT ? 1u : 0u};
+  EXCEPINFO info = {};
+  UINT arg_error = 0;
+  const HRESULT hr =
+      object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &info, &arg_error);
+  for (VARIANT& v : args) VariantClear(&v);
+  SysFreeString(info.bstrSource);
+  SysFreeString(info.bstrDescription);
+  return hr;
+}
+
+TEST(ComModelTest, OwnObjectsAreUsedInPlace) {
+  auto project = SmallProject();
+  Ref<IDispatch> object(NewProjectObject(project));
+  auto read = CallerProject::Read(object.get());
+  EXPECT_EQ(&read->model(), project.get());
+
+  // Modules("CKonto") forwards to the collection's default member.
+  Variant module;
+  ASSERT_EQ(Call(object.get(), L"Modules", DISPATCH_PROPERTYGET | DISPATCH_METHOD,
+                 {Text(L"ckonto")}, module.get()),
+            S_OK);
+  Variant member;
+  ASSERT_EQ(
+      Call(V_DISPATCH(module.get()), L"Members", DISPATCH_PROPERTYGET, {Long(1)}, member.get()),
+      S_OK);
+  auto member_read = CallerMember::Read(V_DISPATCH(member.get()));
+  SourceMember& node = project->Modules.Item(1).Members.Item(1);
+  EXPECT_EQ(&member_read->model(), &node);
+  // A project object is no member: read by name, it lacks CodeLines.
+  EXPECT_EQ(ErrorOf([&] { CallerMember::Read(object.get()); }).number(), 438);
+}
+
+TEST(ComModelTest, OwnObjectsBehaveLikeAScriptsObjects) {
+  auto project = SmallProject();
+  Ref<IDispatch> object(NewProjectObject(project));
+  Variant modules, module, members, member, lines, text, parameters, parameter;
+  GetRequired(object.get(), L"Modules", "", modules.get());
+  EXPECT_EQ(CountOf(V_DISPATCH(modules.get())), 1);
+  ASSERT_EQ(Call(V_DISPATCH(modules.get()), L"Item", DISPATCH_PROPERTYGET, {Long(1)}, module.get()),
+            S_OK);
+  EXPECT_EQ(Call(V_DISPATCH(modules.get()), L"Item", DISPATCH_PROPERTYGET, {Long(2)}, text.get()),
+            DISP_E_EXCEPTION);  // 9: out of range
+  GetRequired(V_DISPATCH(module.get()), L"Members", "", members.get());
+  ASSERT_EQ(Call(V_DISPATCH(members.get()), L"Item", DISPATCH_PROPERTYGET, {Text(L"BUCHEN")},
+                 member.get()),
+            S_OK);
+  IDispatch* m = V_DISPATCH(member.get());
+  GetRequired(m, L"CodeLines", "", lines.get());
+  IDispatch* d = V_DISPATCH(lines.get());
+
+  // Item get of an absent key adds it, as Scripting.Dictionary does.
+  ASSERT_EQ(Call(d, L"Item", DISPATCH_PROPERTYGET, {Long(0)}, text.get()), S_OK);
+  EXPECT_EQ(project->Modules.Item(1).Members.Item(1).CodeLines.Count(), 3);
+  ASSERT_EQ(Call(d, L"Item", DISPATCH_PROPERTYPUT, {Long(0), Text(L"null")}, nullptr), S_OK);
+  EXPECT_EQ(project->Modules.Item(1).Members.Item(1).CodeLines.Item(0), "null");
+  VariantClear(text.get());
+  ASSERT_EQ(Call(d, L"Exists", DISPATCH_METHOD, {Text(L"0")}, text.get()), S_OK);
+  EXPECT_EQ(V_BOOL(text.get()), VARIANT_FALSE);  // a text key is another key
+
+  // Texts are writable, object properties are not.
+  ASSERT_EQ(Call(m, L"Scope", DISPATCH_PROPERTYPUT, {Text(L"Friend")}, nullptr), S_OK);
+  EXPECT_EQ(project->Modules.Item(1).Members.Item(1).Scope, "Friend");
+  EXPECT_EQ(Call(m, L"CodeLines", DISPATCH_PROPERTYPUT, {Long(1)}, nullptr), DISP_E_MEMBERNOTFOUND);
+  GetRequired(m, L"Parameters", "", parameters.get());
+  ASSERT_EQ(
+      Call(V_DISPATCH(parameters.get()), L"Item", DISPATCH_PROPERTYGET, {Long(1)}, parameter.get()),
+      S_OK);
+  VARIANT flag;
+  V_VT(&flag) = VT_BOOL;
+  V_BOOL(&flag) = VARIANT_TRUE;
+  ASSERT_EQ(Call(V_DISPATCH(parameter.get()), L"Optional", DISPATCH_PROPERTYPUT, {flag}, nullptr),
+            S_OK);
+  EXPECT_TRUE(project->Modules.Item(1).Members.Item(1).Parameters.Item(1).Optional);
+
+  // The objects keep the model alive after the project object is gone.
+  object = Ref<IDispatch>();
+  project.reset();
+  EXPECT_EQ(CountOf(d), 3);
+}
+
+}  // namespace
+}  // namespace folioscope::com
+
+int main(int argc, char** argv) {
+  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  testing::InitGoogleTest(&argc, argv);
+  const int result = RUN_ALL_TESTS();
+  CoUninitialize();
+  return result;
+}
