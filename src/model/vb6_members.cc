@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "infra/vb_runtime.h"
@@ -19,11 +20,34 @@ struct Declaration {
   bool has_end = false;
 };
 
-bool EndsWithContinuation(const std::string& line) {
-  const std::string trimmed = vb::RTrim(line);
+// The line without its trailing blanks (VB's RTrim: spaces only).
+std::string_view RTrimmedView(std::string_view line) {
+  size_t end = line.size();
+  while (end > 0 && line[end - 1] == ' ') --end;
+  return line.substr(0, end);
+}
+
+bool EndsWithContinuation(std::string_view line) {
+  const std::string_view trimmed = RTrimmedView(line);
   return trimmed == "_" ||
          (trimmed.size() >= 2 && trimmed.back() == '_' &&
           (trimmed[trimmed.size() - 2] == ' ' || trimmed[trimmed.size() - 2] == '\t'));
+}
+
+// The logical statement that starts at lines[*i]: continued lines joined
+// with one blank in place of " _". Leaves *i at the statement's last line.
+// `joined` holds the text when lines had to be joined.
+std::string_view LogicalStatement(const std::vector<CodeLine>& lines, size_t* i,
+                                  std::string* joined) {
+  std::string_view statement = lines[*i].text;
+  if (!EndsWithContinuation(statement) || *i + 1 >= lines.size()) return statement;
+  joined->assign(statement);
+  while (EndsWithContinuation(*joined) && *i + 1 < lines.size()) {
+    joined->resize(RTrimmedView(*joined).size() - 1);
+    joined->push_back(' ');
+    joined->append(vb::Trim(lines[++*i].text));
+  }
+  return *joined;
 }
 
 bool IsCommentLine(const std::string& line) {
@@ -42,15 +66,11 @@ ModuleScan ScanStatements(const std::vector<CodeLine>& lines, const std::string&
   ModuleScan scan;
   Declaration* open = nullptr;  // the procedure whose End is still to come
   bool seen_procedure = false;
+  std::string joined;
   size_t i = 0;
   while (i < lines.size()) {
     const size_t first = i;
-    std::string statement = lines[i].text;
-    while (EndsWithContinuation(statement) && i + 1 < lines.size()) {
-      statement = vb::RTrim(statement);
-      statement.pop_back();
-      statement += " " + vb::Trim(lines[++i].text);
-    }
+    const std::string_view statement = LogicalStatement(lines, &i, &joined);
     const size_t last = i++;
     ParsedStatement parsed = ParseStatement(statement);
     switch (parsed.kind) {
@@ -138,12 +158,9 @@ std::unique_ptr<SourceMember> MakeMember(const Declaration& d, const ModuleFile&
 
 }  // namespace
 
-void BuildModuleCode(const ModuleFile& file, const std::string& file_path, SourceModule* module,
+void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModule* module,
                      Diagnostics* diagnostics) {
-  const std::vector<CodeLine>& lines = file.code_lines;
-  for (size_t k = 0; k < lines.size(); ++k) {
-    module->CodeLines.Add(static_cast<int32_t>(k + 1), lines[k].text);
-  }
+  std::vector<CodeLine>& lines = file.code_lines;
   ModuleScan scan = ScanStatements(lines, file_path, diagnostics);
 
   auto header = std::make_unique<SourceMember>();
@@ -195,6 +212,10 @@ void BuildModuleCode(const ModuleFile& file, const std::string& file_path, Sourc
     CopyLines(lines, first, last + 1 - first, member.get());
     const std::string key = member->Name;
     module->Members.Add(std::move(member), key);
+  }
+  // The members hold copies; the module takes the lines themselves.
+  for (size_t k = 0; k < lines.size(); ++k) {
+    module->CodeLines.Add(static_cast<int32_t>(k + 1), std::move(lines[k].text));
   }
 }
 

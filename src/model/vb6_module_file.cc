@@ -7,25 +7,41 @@
 namespace folioscope {
 namespace {
 
-std::string TrimBlanksAndTabs(std::string_view s) {
+std::string_view TrimmedView(std::string_view s) {
   size_t start = 0;
   size_t end = s.size();
   while (start < end && (s[start] == ' ' || s[start] == '\t')) ++start;
   while (end > start && (s[end - 1] == ' ' || s[end - 1] == '\t')) --end;
-  return std::string(s.substr(start, end - start));
+  return s.substr(start, end - start);
 }
 
-bool StartsWithWord(std::string_view upper_line, std::string_view word) {
-  return upper_line == word ||
-         (upper_line.size() > word.size() && upper_line.substr(0, word.size()) == word &&
-          (upper_line[word.size()] == ' ' || upper_line[word.size()] == '\t'));
+std::string TrimBlanksAndTabs(std::string_view s) { return std::string(TrimmedView(s)); }
+
+char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+// `text` begins with the upper-case ASCII `word`, ignoring case. Windows-1252
+// upper-casing maps no other byte onto an ASCII letter, so comparing ASCII
+// case-insensitively equals comparing the upper-cased line.
+bool StartsWithNoCase(std::string_view text, std::string_view word) {
+  if (text.size() < word.size()) return false;
+  for (size_t i = 0; i < word.size(); ++i)
+    if (AsciiUpper(text[i]) != word[i]) return false;
+  return true;
+}
+
+// The trimmed line is `word` alone or `word` followed by a blank or tab.
+bool StartsWithWord(std::string_view trimmed, std::string_view word) {
+  return StartsWithNoCase(trimmed, word) &&
+         (trimmed.size() == word.size() || trimmed[word.size()] == ' ' ||
+          trimmed[word.size()] == '\t');
 }
 
 // "Object = {...}#2.0#0; "x.ocx"" and "Object={...}" name the controls a
 // form uses.
-bool IsObjectLine(const std::string& upper_line) {
-  return upper_line.rfind("OBJECT", 0) == 0 &&
-         TrimBlanksAndTabs(std::string_view(upper_line).substr(6)).rfind('=', 0) == 0;
+bool IsObjectLine(std::string_view trimmed) {
+  if (!StartsWithNoCase(trimmed, "OBJECT")) return false;
+  const std::string_view rest = TrimmedView(trimmed.substr(6));
+  return !rest.empty() && rest.front() == '=';
 }
 
 // The value of an attribute: a quoted text without its quotes ("" inside
@@ -48,7 +64,7 @@ int32_t AttributeNumber(const std::string& value) {
 }
 
 // "Attribute NAME = VALUE" or "Attribute Proc.NAME = VALUE".
-void ReadAttribute(const std::string& line, ModuleFile* module) {
+void ReadAttribute(std::string_view line, ModuleFile* module) {
   const std::string body = TrimBlanksAndTabs(line).substr(9);  // after "Attribute"
   const size_t equals = body.find('=');
   if (equals == std::string::npos) return;
@@ -70,12 +86,24 @@ void ReadAttribute(const std::string& line, ModuleFile* module) {
 
 }  // namespace
 
-std::vector<std::string> PhysicalLines(const std::string& text) {
-  std::vector<std::string> lines = vb::Split(text, "\n");
-  if (!lines.empty() && lines.back().empty()) lines.pop_back();
-  for (auto& line : lines) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
+// Calls `visit` with each physical line of `text` (without its line end).
+template <typename Visit>
+void ForEachPhysicalLine(std::string_view text, Visit visit) {
+  size_t start = 0;
+  while (start < text.size()) {
+    size_t end = text.find('\n', start);
+    const size_t next = end == std::string_view::npos ? text.size() : end + 1;
+    if (end == std::string_view::npos) end = text.size();
+    std::string_view line = text.substr(start, end - start);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    visit(line);
+    start = next;
   }
+}
+
+std::vector<std::string> PhysicalLines(const std::string& text) {
+  std::vector<std::string> lines;
+  ForEachPhysicalLine(text, [&](std::string_view line) { lines.emplace_back(line); });
   return lines;
 }
 
@@ -84,28 +112,28 @@ ModuleFile SplitModuleFile(const std::string& bytes) {
   bool in_header = true;
   int depth = 0;
   int32_t file_line = 0;
-  for (const std::string& line : PhysicalLines(bytes)) {
+  ForEachPhysicalLine(bytes, [&](std::string_view line) {
     ++file_line;
-    const std::string upper = vb::UCase(TrimBlanksAndTabs(line));
-    if (StartsWithWord(upper, "ATTRIBUTE")) {
+    const std::string_view trimmed = TrimmedView(line);
+    if (StartsWithWord(trimmed, "ATTRIBUTE")) {
       ReadAttribute(line, &module);
-      continue;
+      return;
     }
     if (in_header) {
       if (depth > 0) {
-        if (StartsWithWord(upper, "BEGIN")) ++depth;
-        if (upper == "END") --depth;
-        continue;
+        if (StartsWithWord(trimmed, "BEGIN")) ++depth;
+        if (trimmed.size() == 3 && StartsWithNoCase(trimmed, "END")) --depth;
+        return;
       }
-      if (StartsWithWord(upper, "VERSION") || IsObjectLine(upper)) continue;
-      if (StartsWithWord(upper, "BEGIN")) {
+      if (StartsWithWord(trimmed, "VERSION") || IsObjectLine(trimmed)) return;
+      if (StartsWithWord(trimmed, "BEGIN")) {
         depth = 1;
-        continue;
+        return;
       }
       in_header = false;
     }
-    module.code_lines.push_back(CodeLine{line, file_line});
-  }
+    module.code_lines.push_back(CodeLine{std::string(line), file_line});
+  });
   return module;
 }
 

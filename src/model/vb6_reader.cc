@@ -157,7 +157,8 @@ ModuleReadResult ReadModuleFile(const std::string& path, const std::string& kind
         {path, 0, DiagnosticSeverity::kError, "Datei kann nicht gelesen werden."});
     return result;
   }
-  const ModuleFile file = SplitModuleFile(bytes);
+  ModuleFile file = SplitModuleFile(bytes);
+  std::string().swap(bytes);  // the lines hold the text from here on
   result.vb_name = file.vb_name;
   auto module = std::make_unique<SourceModule>();
   module->Name = file.vb_name.empty() ? name : file.vb_name;
