@@ -79,7 +79,8 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     const std::string batch = InFolder(folder, "compile.bat");
     WriteTextFile(batch, CompileBatchText(folder), false);
 #ifdef _WIN32
-    RunAndWait(batch, kWindowHidden, true);
+    // Quoted: the output folder may hold blanks.
+    RunAndWait("\"" + batch + "\"", kWindowHidden, true);
 #else
     const std::string derived = InFolder(folder, kChmcmdProjectName);
     WriteTextFile(derived,

@@ -15,6 +15,12 @@
 
 #include "infra/settings_backend.h"
 
+// windows.h turns MessageBox into MessageBoxA; Platform::MessageBox keeps
+// its own name in every file that includes windows.h first.
+#ifdef MessageBox
+#undef MessageBox
+#endif
+
 namespace folioscope {
 
 // Message box styles, as VB's MsgBox constants.
