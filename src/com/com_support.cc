@@ -143,7 +143,24 @@ HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info) {
   return library->GetTypeInfoOfGuid(guid, info);
 }
 
+namespace {
+
+// Keeps the DLL mapped until the process ends. Once the component has run,
+// threads hold thread-local state of ours (the progress channel) whose
+// clean-up code lives in this module; unloading it under them would leave
+// that code unmapped. DllCanUnloadNow still answers truthfully; COM's
+// FreeLibrary then simply leaves the module in place.
+void PinModule() {
+  HMODULE self = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                     reinterpret_cast<LPCWSTR>(&PinModule), &self);
+}
+
+}  // namespace
+
 void EnsurePlatform() {
+  static const bool pinned = (PinModule(), true);
+  (void)pinned;
 #ifdef FOLIOSCOPE_HAVE_WINDOWS_PLATFORM
   // Lives as long as the process: component objects may outlive any one of
   // ours, and the platform is never swapped afterwards.

@@ -110,6 +110,7 @@ HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info);
 
 // Makes sure the process has its Windows platform installed (idempotent);
 // every object creation calls it before the object touches the component.
+// From then on the DLL stays loaded until the process ends (see the .cc).
 void EnsurePlatform();
 
 }  // namespace folioscope::com

@@ -13,8 +13,9 @@ using folioscope::com::NewClassFactory;
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) {
+    // Thread notifications stay on: the statically linked runtime needs them
+    // for its thread-local storage.
     folioscope::com::SetModuleInstance(instance);
-    DisableThreadLibraryCalls(instance);
   }
   return TRUE;
 }
