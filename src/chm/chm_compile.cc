@@ -1,12 +1,19 @@
 // The compile run: SaveCHMReportSystem writes the web report in its
 // help-file form, the help project files and compile.bat, runs the help
 // compiler, reports the outcome and clears the intermediate files away.
+// The clean-up removes only files that this run wrote into the output
+// folder: whatever else lies there (the user's own files, a compiler copy
+// from elsewhere) stays, even when its name matches a removed pattern.
 //
 // On Windows compile.bat runs hhc.exe, the copy next to the pages. On Linux
 // compile.bat is still written (the record of what the run does) but chmcmd
 // is run directly, on a derived project file that it can read
 // (help_compiler.h); the derived file is removed after the run.
+#include <filesystem>
+#include <set>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "chm/help_compiler.h"
@@ -15,6 +22,7 @@
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
+#include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 
@@ -43,6 +51,43 @@ std::string CompileBatchText(const std::string& folder) {
          "hhc.exe Project.hhp" + kCrLf;
 }
 
+// The help file's name comes from the project's name, which the compiler
+// writes to: a name that is no plain file in the output folder is not
+// compiled.
+std::string RefusedHelpFileMessage(const std::string& project_name) {
+  return "Der Projektname '" + PrintableName(project_name) +
+         "' ergibt keinen zul\xE4ssigen Dateinamen f\xFCr die CHM-Datei. Der CHM-Report wird nicht "
+         "kompiliert.";
+}
+
+// The name of `path` when it lies directly in `folder` (separators at the end
+// of `folder` and either separator in `path` allowed), else "".
+std::string NameInFolder(const std::string& path, const std::string& folder) {
+  const size_t cut = path.find_last_of("/\\");
+  if (cut == std::string::npos) return "";
+  std::string parent = path.substr(0, cut);
+  std::string base = folder;
+  while (parent.size() > 1 && (parent.back() == '/' || parent.back() == '\\')) parent.pop_back();
+  while (base.size() > 1 && (base.back() == '/' || base.back() == '\\')) base.pop_back();
+  return NativePath(parent) == NativePath(base) ? path.substr(cut + 1) : "";
+}
+
+// Deletes the files of `written` that lie directly in `folder` and match
+// `pattern`, and takes them off the record.
+void DeleteWrittenFiles(std::set<std::string>& written, const std::string& folder,
+                        std::string_view pattern) {
+  for (auto it = written.begin(); it != written.end();) {
+    const std::string name = NameInFolder(*it, folder);
+    if (!name.empty() && WildcardMatch(name, pattern) && ResolveInside(folder, name)) {
+      std::error_code ec;
+      std::filesystem::remove(NativePath(*it), ec);
+      it = written.erase(it);
+    } else {
+      ++it;
+    }
+  }
+}
+
 bool HelpCompilerPresent(const CFileSystem& file_system) {
 #ifdef _WIN32
   return file_system.IsDateiVorhanden(CurrentPlatform().ApplicationFolder() + "\\hhc.exe");
@@ -62,6 +107,7 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     chm_file_list_ = std::string("[FILES]") + kCrLf;
     chm_toc_text_.clear();
     chm_alias_text_.clear();
+    written_files_.clear();
     SaveReport(SaveMode);
     // Like the web report, no output folder or no project writes nothing.
     if (PlainPath.empty() || Projekt == nullptr) return;
@@ -72,6 +118,11 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     if (!HelpCompilerPresent(*file_system_)) {
       AddLog(CurrentPlatform().ApplicationFolder() + kPathSeparatorText + kMissingCompiler,
              kIconFailure);
+      return;
+    }
+    const std::string name = RequireProject(Projekt).Name;
+    if (!IsSafeFileName(name + ".chm")) {
+      AddLog(RefusedHelpFileMessage(name), kIconFailure);
       return;
     }
     ReportWorks(progress_total_, "Compilieren der CHM-Datei...", false);
@@ -88,9 +139,8 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
                   false);
     RunAndWait(ShellQuote(FindHelpCompiler()) + " " + ShellQuote(kChmcmdProjectName), kWindowHidden,
                true);
-    DeleteMatchingFiles(folder, kChmcmdProjectName);
+    DeleteWrittenFiles(written_files_, folder, kChmcmdProjectName);
 #endif
-    const std::string name = RequireProject(Projekt).Name;
     if (file_system_->IsDateiVorhanden(InFolder(folder, name + ".chm"))) {
       AddLog(name + " CHM-Kommentarreport wurde erfolgreich erstellt.", kIconProgress);
     } else {
@@ -99,10 +149,11 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     }
     CurrentPlatform().PumpMessages();
     if (DelFilesAfterCHMCompiling == 1) {
-      for (const char* pattern : kIntermediatePatterns) DeleteMatchingFiles(folder, pattern);
+      for (const char* pattern : kIntermediatePatterns)
+        DeleteWrittenFiles(written_files_, folder, pattern);
     }
-    DeleteMatchingFiles(folder, "compile.bat");
-    DeleteMatchingFiles(folder, "hhc.exe");
+    DeleteWrittenFiles(written_files_, folder, "compile.bat");
+    DeleteWrittenFiles(written_files_, folder, "hhc.exe");
   });
   // Help-file mode lasts for this run only: a later SaveReport writes a
   // plain web report.

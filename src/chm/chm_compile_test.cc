@@ -6,6 +6,7 @@
 #include "chm/chm_test_support.h"
 #include "chm/help_compiler.h"
 #include "infra/file_system.h"
+#include "infra/path_guard.h"
 #include "infra/posix_platform.h"
 
 namespace folioscope {
@@ -63,7 +64,6 @@ TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchF
   ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
   SetWord("DelFilesAfterCHMCompiling", 2);
   AnswerRuns("ITSF");
-  WriteBytes(OutDir() / "hhc.exe", "MZ");  // a compiler copy left next to the pages
   auto report = MakeReport();
   report->SaveCHMReportSystem(0);
 
@@ -83,7 +83,6 @@ TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchF
   EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport wurde erfolgreich erstellt.", 1));
   EXPECT_EQ(events_.works.back(), "Compilieren der CHM-Datei...");
   EXPECT_FALSE(OutHas("compile.bat"));
-  EXPECT_FALSE(OutHas("hhc.exe"));
   EXPECT_FALSE(OutHas(kChmcmdProjectName));
   for (const char* name : {"Project.hhp", "Map_Test.h", "Projekt.htm", "style.css", "Kasse.chm"}) {
     EXPECT_TRUE(OutHas(name)) << name;
@@ -92,12 +91,18 @@ TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchF
   EXPECT_FALSE(report->chm_mode());
 }
 
-TEST_F(ChmCompileTest, DeletionAfterCompilingLeavesTheHelpFileAndOtherResources) {
+// The clean-up takes away what the run wrote (pages, help project, listed
+// resource types, batch file) and nothing else: files that were there
+// before stay even when their names match, and so does a resource type
+// that is not listed.
+TEST_F(ChmCompileTest, DeletionAfterCompilingRemovesOnlyWhatTheRunWrote) {
   ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
   SetWord("DelFilesAfterCHMCompiling", 1);
   AnswerRuns("ITSF");
-  WriteBytes(OutDir() / "notes.txt", "kept");
-  WriteBytes(OutDir() / "bild.JPG", "gone");
+  const std::vector<std::string> foreign = {"notes.txt", "bild.JPG",    "eigene.htm",
+                                            "hhc.exe",   "compile.BAT", "x.h"};
+  for (const std::string& name : foreign) WriteBytes(OutDir() / name, "kept");
+  WriteBytes(root_ / "beside.htm", "kept");  // next to the output folder
   auto report = MakeReport();
   report->SaveCHMReportSystem(0);
   std::vector<std::string> left;
@@ -105,7 +110,33 @@ TEST_F(ChmCompileTest, DeletionAfterCompilingLeavesTheHelpFileAndOtherResources)
     left.push_back(e.path().filename().string());
   }
   std::sort(left.begin(), left.end());
-  EXPECT_EQ(left, (std::vector<std::string>{"Kasse.chm", "logo.gif", "notes.txt"}));
+  EXPECT_EQ(left, (std::vector<std::string>{"Kasse.chm", "bild.JPG", "compile.BAT", "eigene.htm",
+                                            "hhc.exe", "logo.gif", "notes.txt", "x.h"}));
+  EXPECT_TRUE(std::filesystem::exists(root_ / "beside.htm"));
+}
+
+// A project name that is no plain file name in the output folder (the
+// compiler would write the help file there) is not compiled.
+TEST_F(ChmCompileTest, ProjectNameLeadingOutOfTheFolderIsNotCompiled) {
+  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
+  SetWord("DelFilesAfterCHMCompiling", 1);
+  AnswerRuns("ITSF");
+  const std::vector<std::string> names = {"../Kasse", "CON", "a/b", std::string("K\0x", 3)};
+  for (const std::string& name : names) {
+    SCOPED_TRACE(name);
+    platform_.program_runs.clear();
+    events_.messages.clear();
+    project_.Name = name;
+    auto report = MakeReport();
+    report->SaveCHMReportSystem(0);
+    EXPECT_TRUE(platform_.program_runs.empty());
+    EXPECT_TRUE(Logged("Der Projektname '" + PrintableName(name) +
+                           "' ergibt keinen zul\xE4ssigen Dateinamen f\xFCr die CHM-Datei. Der "
+                           "CHM-Report wird nicht kompiliert.",
+                       3));
+    EXPECT_TRUE(OutHas("Project.hhp"));
+    EXPECT_FALSE(OutHas("compile.bat"));
+  }
 }
 
 TEST_F(ChmCompileTest, MissingHelpFileIsReportedAsAFailedCompile) {

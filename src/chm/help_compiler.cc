@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "infra/file_system.h"
+#include "infra/path_guard.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {
@@ -159,6 +160,9 @@ std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
   }
   std::vector<std::string> missing;
   for (const std::string& target : targets) {
+    // Only pages of the output folder go into the help file, whatever an
+    // alias line or a frame set names.
+    if (!ResolveInside(folder, target)) continue;
     if (!ListedIn(listed, target) && !ListedIn(missing, target)) missing.push_back(target);
   }
   if (!missing.empty()) {

@@ -1,5 +1,6 @@
 #include "chm/help_topics.h"
 
+#include "infra/path_guard.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {
@@ -11,6 +12,8 @@ std::string Underscored(const std::string& name) { return vb::Replace(name, " ",
 void AddTopic(std::vector<HelpTopic>& topics, const std::string& module_name,
               const SourceMember& member) {
   if (member.HelpContextId < 1) return;
+  // A page the writers refuse to write is no topic either.
+  if (!IsSafeFileName(MemberPageFileName(module_name, member.Name))) return;
   topics.push_back({Underscored(module_name), Underscored(member.Name), member.HelpContextId});
 }
 

@@ -6,7 +6,9 @@
 // decide which members are listed; "Header" has no scope and never is).
 // Its symbol and its page name share one text, module & "_" & member with
 // every blank made "_", so that the map symbol and the alias symbol name the
-// same topic. Members whose context number is below 1 are not topics.
+// same topic. Members whose context number is below 1 are not topics, nor
+// are members whose page name is no safe file name (their pages are never
+// written).
 // Module pages are not topics either, even when the module has a context
 // number: the alias line always names a page "P4_P5.htm", and a module page
 // is named after the module alone, so no alias line could point at it.

@@ -7,6 +7,7 @@
 
 #include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 
@@ -102,7 +103,9 @@ void CFolioscope::CheckOfReady() {
     } else {
       const std::string folder =
           vb::Left(report_set_path_, static_cast<int64_t>(report_set_path_.size()) - 1);
-      if (!ReportSetFolderExists(*file_system_, folder)) message = MissingFolderMessage(folder);
+      // A ReportPath that leads out of Res names no report set of ours.
+      if (!IsSafeRelativePath(report_path) || !ReportSetFolderExists(*file_system_, folder))
+        message = MissingFolderMessage(folder);
     }
     if (!message.empty()) {
       AddLog(message, kIconNotReady);
@@ -131,6 +134,7 @@ void CFolioscope::CheckOfReady() {
 
 void CFolioscope::WriteTextFile(const std::string& FileName, const std::string& Text, bool Append) {
   folioscope::WriteTextFile(FileName, Text, Append);
+  written_files_.insert(FileName);
 }
 
 }  // namespace folioscope

@@ -17,6 +17,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "infra/file_system.h"
@@ -118,6 +119,9 @@ class CFolioscope {
   std::string chm_toc_text_;
   std::string chm_alias_text_;
   int32_t progress_total_ = 0;  // the total announced with OnReportStart
+  // Every file this object wrote or copied since the last save began (paths
+  // as written); the clean-up after a help-file compile deletes only these.
+  std::set<std::string> written_files_;
 };
 
 }  // namespace folioscope

@@ -2,6 +2,7 @@
 // report set's resource files next to the pages (WriteFileRessources) and
 // calls the page writers for the whole project, one module or one member.
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -10,6 +11,7 @@
 #include "engine/fs_communicator.h"
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
+#include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 
@@ -53,6 +55,15 @@ void MakeFolder(const std::string& path) {
   vb::Raise(vb::kPathFileAccessError);
 }
 
+// Resource names come from the report set's Description.dat: a name is
+// copied only from below the report-set folder and only to below the output
+// folder; anything else is left out with one of these lines.
+std::string RefusedResourceMessage(const std::string& name, const std::string& folder) {
+  return "Die Ressourcendatei '" + PrintableName(name) +
+         "' des Report-Sets wird nicht kopiert: " + "der Name f\xFChrt aus dem Ordner " + folder +
+         " heraus.";
+}
+
 }  // namespace
 
 int32_t CFolioscope::SaveReport(int32_t SaveMode) {
@@ -67,6 +78,7 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
     if (PlainPath.empty()) return;
     PlainPath = CombineOutputPath(PlainPath, FolderName);
     if (Projekt == nullptr) return;
+    if (!chm_mode_) written_files_.clear();
     if (!file_system_->IsOrdnerVorhanden(PlainPath)) MakeFolder(PlainPath);
     preview_prefix = report_set_path_;
     report_set_path_.clear();
@@ -98,15 +110,27 @@ int32_t CFolioscope::WriteFileRessources() {
     CRessource& res = RequireResources(resources_);
     const std::string report_path =
         registry_->ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
-    const std::string source_folder = CurrentPlatform().ApplicationFolder() + kPathSeparatorText +
-                                      "Res" + kPathSeparatorText + report_path;
+    const std::string res_folder =
+        CurrentPlatform().ApplicationFolder() + kPathSeparatorText + "Res";
+    const std::string source_folder = res_folder + kPathSeparatorText + report_path;
+    // The readiness check refuses such a ReportPath already; it is read
+    // again here, so it is checked again.
+    const bool set_inside = IsSafeRelativePath(report_path);
     vb::Dictionary& holders = res.PlaceHolder();
     for (int32_t i = 0; i < res.PlaceholderCount(); ++i) {
       if (vb::Right(holders.KeyAt(i).ToText(), 8) != "_File&&&") continue;
       const std::string name = holders.ItemAt(i);
-      source = source_folder + kPathSeparatorText + name;
-      target = PlainPath + kPathSeparatorText + name;
-      CopyFileOver(NativePath(source), NativePath(target));
+      const std::optional<std::string> from =
+          set_inside ? ResolveInside(source_folder, name) : std::nullopt;
+      const std::optional<std::string> to = ResolveInside(PlainPath, name);
+      if (!from || !to) {
+        AddLog(RefusedResourceMessage(name, !from ? source_folder : PlainPath), kIconFailure);
+        continue;
+      }
+      source = *from;
+      target = *to;
+      CopyFileOver(source, target);
+      written_files_.insert(target);
       source.clear();
       target.clear();
       // A file named twice is copied twice but listed once.
@@ -122,6 +146,7 @@ int32_t CFolioscope::WriteFileRessources() {
         source = compiler;
         target = PlainPath + "\\hhc.exe";
         CopyFileOver(source, target);
+        written_files_.insert(target);
         source.clear();
         target.clear();
       } else {

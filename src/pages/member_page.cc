@@ -16,6 +16,7 @@
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "pages/page_file_guard.h"
 #include "pages/template_fill.h"
 
 namespace folioscope {
@@ -177,8 +178,9 @@ int32_t CFolioscope::WriteMemberContentSite(SourceMember& Member, const std::str
                                             bool Append) {
   Trap(kClass, "WriteMemberContentSite", [&] {
     CurrentPlatform().PumpMessages();
-    const std::string page = GetMemberContentSite(Member, ProjektName, ModulName);
     const std::string file_name = MemberPageFileName(ModulName, Member.Name);
+    if (!MayWritePage(file_name, Projekt, ModulName, &Member)) return;
+    const std::string page = GetMemberContentSite(Member, ProjektName, ModulName);
     if (chm_mode_) {
       chm_toc_text_ += FillTocItem(GetTOCItem(), Member.Name, file_name);
       chm_toc_text_ += "\r\n";

@@ -15,6 +15,7 @@
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "pages/page_file_guard.h"
 #include "pages/template_fill.h"
 
 namespace folioscope {
@@ -156,6 +157,7 @@ int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t SaveMod
     SourceProject& project = RequireProject(Projekt);
     CRessource& res = RequireResources(resources_);
     const std::string module_file = ModulePageFileName(Module.Name);
+    if (!MayWritePage(module_file, Projekt, Module.Name, nullptr)) return;
     if (chm_mode_) {
       chm_file_list_ += module_file + "\r\n";
       std::string item = GetTOCItem();
