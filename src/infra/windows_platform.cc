@@ -132,7 +132,10 @@ INT_PTR CALLBACK ErrorDialogProc(HWND dialog, UINT message, WPARAM wparam, LPARA
       ::SetWindowLongPtrW(dialog, DWLP_USER, lparam);
       ::SetDlgItemTextW(dialog, kReportId, state->report.c_str());
       ::SetForegroundWindow(dialog);
-      return TRUE;
+      // Focus on "Ignorieren" rather than on the report, which would come up
+      // all selected.
+      ::SetFocus(::GetDlgItem(dialog, kChoiceIgnore));
+      return FALSE;
     }
     case WM_COMMAND: {
       auto* state = reinterpret_cast<ErrorDialogState*>(::GetWindowLongPtrW(dialog, DWLP_USER));
