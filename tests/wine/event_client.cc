@@ -360,8 +360,13 @@ void Run(const wchar_t* project_path, const wchar_t* output) {
 
   IDispatch* report = Create(L"VBFolioscope.CFolioscope");
   if (report == nullptr) return;
-  Var out(output), folder(L"events"), mode(0L), status;
+  // The folder name is appended to PlainPath as it stands.
+  std::wstring plain_path = std::wstring(output) + L"\\";
+  Var out(plain_path.c_str()), folder(L"events"), mode(0L), status;
   Invoke(report, L"Projekt", DISPATCH_PROPERTYPUTREF, {&project.v}, nullptr);
+  Var project_name;
+  Invoke(project.Object(), L"Name", DISPATCH_PROPERTYGET, {}, &project_name);
+  Invoke(report, L"ProjektName", DISPATCH_PROPERTYPUT, {&project_name.v}, nullptr);
   Invoke(report, L"PlainPath", DISPATCH_PROPERTYPUT, {&out.v}, nullptr);
   Invoke(report, L"FolderName", DISPATCH_PROPERTYPUT, {&folder.v}, nullptr);
   sink.events.clear();

@@ -84,11 +84,12 @@ Function ErrorLogText()
   ErrorLogText = ReadText(Fso.BuildPath(AppFolder, "ErrorLog.txt"))
 End Function
 
-' The sample project read by the component's own project reader.
+' The sample project read by the component's own project reader. The path
+' goes by value (in parentheses); test_report.vbs passes a variable.
 Function OpenSampleProject()
   Dim reader
   Set reader = CreateObject("VBFolioscope.CProjektReader")
-  Set OpenSampleProject = reader.Open(ProjectFile)
+  Set OpenSampleProject = reader.Open((ProjectFile))
 End Function
 
 Sub Finish()

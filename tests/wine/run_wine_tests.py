@@ -24,6 +24,7 @@ import os
 import shutil
 import subprocess
 import sys
+import tempfile
 import time
 
 SKIP = 77
@@ -94,13 +95,24 @@ class Wine:
         self.regsvr32 = system + "regsvr32.exe"
         self.cscript = system + "cscript.exe"
 
-    def run(self, args, timeout=300, check_output=True):
-        started = time.monotonic()
-        proc = subprocess.run(["wine"] + args, env=self.env, timeout=timeout,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        elapsed = time.monotonic() - started
-        out = proc.stdout.decode("utf-8", "replace").replace("\r\n", "\n")
-        err = proc.stderr.decode("utf-8", "replace").replace("\r\n", "\n")
+    def run(self, args, timeout=300, dialog_log=None):
+        """Runs a Windows program; with `dialog_log`, the component writes its
+        message boxes and error dialogs into that file instead of showing them."""
+        env = dict(self.env)
+        if dialog_log:
+            env["FOLIOSCOPE_DIALOG_LOG"] = windows_path(dialog_log)
+        # Output goes to files, not pipes: the Wine services that the first
+        # program of a session starts inherit the handles, and a pipe would
+        # only reach its end when they exit, a minute later.
+        with tempfile.TemporaryFile() as out_file, tempfile.TemporaryFile() as err_file:
+            started = time.monotonic()
+            proc = subprocess.run(["wine"] + args, env=env, timeout=timeout,
+                                  stdin=subprocess.DEVNULL, stdout=out_file, stderr=err_file)
+            elapsed = time.monotonic() - started
+            out_file.seek(0)
+            err_file.seek(0)
+            out = out_file.read().decode("utf-8", "replace").replace("\r\n", "\n")
+            err = err_file.read().decode("utf-8", "replace").replace("\r\n", "\n")
         return proc.returncode, out, err, elapsed
 
     def keep_server(self):
@@ -169,6 +181,32 @@ def write_settings(folioscope, hive):
                        check=True, stdout=subprocess.DEVNULL)
 
 
+def write_unicode_reg(hive, target):
+    """The settings file of the Linux run as a UTF-16 registry file with plain
+    strings. Wine's import widens the bytes of a hex(1) value one by one
+    instead of reading them as UTF-16, so the strings outside ASCII that the
+    Linux host writes as hex(1) are turned into quoted text first."""
+    with open(hive, "rb") as f:
+        lines = f.read().decode("ascii").splitlines()
+    joined, pending = [], ""
+    for line in lines:  # hex values continue over lines ending in a backslash
+        if line.endswith("\\"):
+            pending += line[:-1].strip()
+            continue
+        joined.append(pending + line.strip() if pending else line)
+        pending = ""
+    out = []
+    for line in joined:
+        name, sep, value = line.partition("=")
+        if sep and value.startswith("hex(1):"):
+            data = bytes(int(b, 16) for b in value[len("hex(1):"):].split(",") if b)
+            text = data.decode("utf-16-le").rstrip("\0")
+            value = '"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
+        out.append(name + sep + value)
+    with open(target, "wb") as f:
+        f.write(("\r\n".join(out) + "\r\n").encode("utf-16"))
+
+
 def make_prefix(wine):
     stamp = os.path.join(wine.prefix, ".folioscope-stamp")
     if os.path.isfile(stamp):
@@ -203,6 +241,7 @@ def setup(args):
     wine = Wine(work, arch)
     make_prefix(wine)
     wine.keep_server()
+    log(f"Wine prefix ready: {time.monotonic() - started:.1f} s")
 
     app = os.path.join(work, "app")
     origin = copy_app_folder(dll_build, args.linux_app_dir, app, with_dll=True)
@@ -213,7 +252,10 @@ def setup(args):
 
     hive = os.path.join(work, "settings.reg")
     write_settings(args.folioscope, hive)
-    rc, out, err, _ = wine.run(["regedit", "/S", windows_path(hive)])
+    import_file = os.path.join(work, "settings-utf16.reg")
+    write_unicode_reg(hive, import_file)
+    rc, out, err, elapsed = wine.run(["reg", "import", windows_path(import_file)])
+    log(f"reg import {import_file}: exit status {rc} ({elapsed:.1f} s)")
     if rc != 0:
         log(out + err)
         log("FAIL: regedit could not import the settings")
@@ -226,10 +268,12 @@ def setup(args):
         log(out + err)
         return 1
 
+    linux_started = time.monotonic()
     reference = os.path.join(work, "linux-report")
     shutil.rmtree(reference, ignore_errors=True)
     subprocess.run([args.folioscope, "--registry", hive, "--app-dir", linux_app, "--quiet",
-                    "--no-progress", "report", args.project, "-o", reference], check=True)
+                    "--no-progress", "report", args.project, "-o", reference], check=True,
+                   stdout=subprocess.DEVNULL)
 
     # The preview pages of test_pages.vbs, as the Linux host builds them.
     pages = os.path.join(work, "linux-pages")
@@ -241,6 +285,7 @@ def setup(args):
                             "page", kind, args.project, "--module", module, "--member", member],
                            check=True, stdout=f)
 
+    log(f"Linux reference report and pages: {time.monotonic() - linux_started:.1f} s")
     outputs = os.path.join(work, "out")
     shutil.rmtree(outputs, ignore_errors=True)
     os.makedirs(outputs)
@@ -279,6 +324,8 @@ def report_differences(expected_dir, actual_dir, normalize=None):
             x, y = normalize(x, y)
         if x != y:
             faults.append("differs: " + name + first_difference(x, y))
+    if len(faults) > 8:
+        faults[8:] = [f"... and {len(faults) - 8} more files"]
     return faults
 
 
@@ -328,7 +375,8 @@ def run_vbs(args):
     rc, out, err, elapsed = wine.run(
         [wine.cscript, "//nologo", windows_path(combined), windows_path(state["app"]),
          windows_path(output_dir), windows_path(args.source_dir),
-         windows_path(state["project"])], timeout=args.timeout)
+         windows_path(state["project"])], timeout=args.timeout,
+        dialog_log=os.path.join(output_dir, "dialogs.log") if args.dialog_log else None)
     sys.stdout.write(out)
     faults = []
     script_errors = [line for line in err.splitlines()
@@ -390,11 +438,20 @@ def run_events(args):
     output_dir = os.path.join(state["outputs"], "events")
     shutil.rmtree(output_dir, ignore_errors=True)
     os.makedirs(output_dir)
+    dialog_log = os.path.join(output_dir, "dialogs.log")
     rc, out, err, elapsed = wine.run(
         [client, windows_path(state["project"]), windows_path(output_dir)],
-        timeout=args.timeout)
+        timeout=args.timeout, dialog_log=dialog_log)
     sys.stdout.write(out)
     faults = []
+    # The missing help compiler is also shown in a message box: OK button,
+    # exclamation icon (style 48), title "Quillon".
+    dialogs = ""
+    if os.path.isfile(dialog_log):
+        with open(dialog_log, "rb") as f:
+            dialogs = f.read().decode("cp1252", "replace")
+    if "MessageBox 48 Quillon\r\nDie Datei 'hhc.exe' konnte nicht" not in dialogs:
+        faults.append("no message box about the missing hhc.exe; dialogs:\n" + dialogs[:2000])
     if "event-client-done" not in out:
         faults.append("the event client did not reach its end (crash?)\n" + err[-2000:])
     if rc != 0:
@@ -440,6 +497,8 @@ def main():
     v.add_argument("script")
     v.add_argument("--compare", help="subfolder of the script's output to compare with the "
                                      "Linux report")
+    v.add_argument("--dialog-log", action="store_true",
+                   help="log message boxes and error dialogs to <output>\\dialogs.log")
     v.add_argument("--compare-pages", action="store_true",
                    help="compare the script's output with the Linux preview pages")
     e = steps.add_parser("events")

@@ -21,7 +21,7 @@ Set project = OpenSampleProject()
 CheckNoComError "CProjektReader.Open"
 Set report = CreateObject("VBFolioscope.CFolioscope")
 Set report.Projekt = project
-report.PlainPath = OutFolder
+report.PlainPath = OutFolder & "\"
 report.FolderName = "bad"
 
 ' An unknown module: SaveMode 1 reports the failed lookup; the page getter
@@ -36,6 +36,8 @@ Neutral page, "", "GetModulContentSite of an unknown module"
 logText = ErrorLogText()
 CheckContains logText, "SaveReport", "the failed lookup is in ErrorLog.txt"
 CheckContains logText, "CFolioscope", "ErrorLog.txt names the class"
+CheckContains ReadText(OutFolder & "\dialogs.log"), "ErrorDialog", _
+              "the fault was also shown in the error dialog"
 
 ' Nothing as the project: SaveReport writes nothing, the pages are empty.
 Set report.Projekt = Nothing
@@ -71,7 +73,7 @@ Err.Clear
 Set blocker = Fso.CreateTextFile(OutFolder & "\blocker", True)
 blocker.Close
 ClearErrorLog
-report.PlainPath = OutFolder & "\blocker"
+report.PlainPath = OutFolder & "\blocker\"
 report.FolderName = "report"
 mode = 0
 status = report.SaveReport(mode)
@@ -79,7 +81,7 @@ Neutral status, 0, "SaveReport into a folder that cannot be made"
 CheckContains ErrorLogText(), "SaveReport", "the failed write is in ErrorLog.txt"
 
 ' The object is still usable.
-report.PlainPath = OutFolder
+report.PlainPath = OutFolder & "\"
 report.FolderName = "after"
 mode = 0
 status = report.SaveReport(mode)

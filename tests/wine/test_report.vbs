@@ -5,12 +5,21 @@ Dim report, project, mode, status
 
 On Error Resume Next
 ClearErrorLog
-Set project = OpenSampleProject()
-CheckNoComError "CProjektReader.Open"
+Dim reader, path
+Set reader = CreateObject("VBFolioscope.CProjektReader")
+' A variable for the by-reference path, as a script passes it.
+path = ProjectFile
+Set project = reader.Open(path)
+CheckNoComError "CProjektReader.Open with a variable as path"
+If Not IsObject(project) Then Set project = OpenSampleProject()
+Check Not project Is Nothing, "the reader gives a project"
+CheckEqual project.Name, "Kontor", "the project's name"
+CheckEqual path, ProjectFile, "the path variable keeps its value"
 Set report = CreateObject("VBFolioscope.CFolioscope")
 CheckNoComError "CreateObject CFolioscope"
 Check report.Ready, "the report object is ready with the imported settings"
 Set report.Projekt = project
+report.ProjektName = project.Name
 report.PlainPath = OutFolder & "\"
 report.FolderName = "Kontor"
 mode = 0

@@ -6,12 +6,13 @@
 ' script's objects: the key-0 entry of the tag readers' scans and the
 ' parameter descriptions of CParam.
 '
-' (A VBScript class cannot have a property named Default, a keyword of the
-' language, so the copy leaves that optional property out; Buchen has no
-' default values.)
+' (Fields are declared one a line: Wine's VBScript does not parse a list
+' after Public. A VBScript class cannot have a property named Default, a
+' keyword of the language, so the copy leaves that optional property out;
+' the members of CKonto have no default values.)
 Dim report, project, source, copy, moduleCopy, projectName, moduleName
 Dim pageOfFiles, pageOfScript, summary, params, lineCount, parameter
-Dim i, members, scriptProject, modulePageOfFiles, component, componentCopy
+Dim i, members, scriptProject, modulePageOfFiles, component, componentCopy, summaryCopy
 
 Class ScriptList
   Private entries
@@ -19,7 +20,7 @@ Class ScriptList
     Set entries = CreateObject("Scripting.Dictionary")
   End Sub
   Public Sub Add(entry)
-    Set entries.Item(entries.Count + 1) = entry
+    entries.Add entries.Count + 1, entry
   End Sub
   Public Property Get Count()
     Count = entries.Count
@@ -30,24 +31,50 @@ Class ScriptList
 End Class
 
 Class ScriptProject
-  Public Name, Version, FilePath, Components, Modules
+  Public Name
+  Public Version
+  Public FilePath
+  Public Components
+  Public Modules
 End Class
 
 Class ScriptComponent
-  Public Name, Kind, RelativePath, FilePath
+  Public Name
+  Public Kind
+  Public RelativePath
+  Public FilePath
 End Class
 
 Class ScriptModule
-  Public Name, CodeLines, Members, Description, HelpContextId
+  Public Name
+  Public CodeLines
+  Public Members
+  Public Description
+  Public HelpContextId
 End Class
 
 Class ScriptMember
-  Public Name, PropertyForm, Kind, Scope, ReturnType, Description, HelpContextId
-  Public FirstLine, LineCount, CodeLines, Parameters
+  Public Name
+  Public PropertyForm
+  Public Kind
+  Public Scope
+  Public ReturnType
+  Public Description
+  Public HelpContextId
+  Public FirstLine
+  Public LineCount
+  Public CodeLines
+  Public Parameters
 End Class
 
 Class ScriptParameter
-  Public Name, Type, Passing, Optional, ParamArray, HasDefault, Description
+  Public Name
+  Public Type
+  Public Passing
+  Public Optional
+  Public ParamArray
+  Public HasDefault
+  Public Description
 End Class
 
 Function CopyLines(lines)
@@ -97,10 +124,12 @@ CheckNoComError "CProjektReader.Open"
 Set source = project.Modules.Item("CKonto").Members.Item("Buchen")
 CheckNoComError "the reader's member CKonto.Buchen"
 Set copy = CopyMember(source)
+' A second copy for the tag readers, taken before any scan of the source.
+Set summaryCopy = CopyMember(source)
 CheckNoComError "copying the member into script objects"
-lineCount = copy.CodeLines.Count
+lineCount = summaryCopy.CodeLines.Count
 Check lineCount > 0, "the copied member has code lines"
-Check Not copy.CodeLines.Exists(0), "no key 0 before the scan"
+Check Not summaryCopy.CodeLines.Exists(0), "no key 0 before the scan"
 
 Set report = CreateObject("VBFolioscope.CFolioscope")
 Set report.Projekt = project
@@ -114,7 +143,7 @@ Check Len(pageOfFiles) > 1000, "the member page has its content"
 CheckEqual pageOfScript, pageOfFiles, "the member page of the script objects"
 
 ' The tag readers write the key-0 entry into the script's own dictionary.
-Set copy = CopyMember(source)
+Set copy = summaryCopy
 Set summary = CreateObject("VBFolioscope.CSummary")
 CheckEqual summary.GetSummary(copy), 0, "GetSummary result"
 CheckNoComError "GetSummary of the script's member"
