@@ -211,23 +211,23 @@ class ModelReader {
 
   // --- Collections ---
 
-  // A 1-dimensional array of variants (or of objects) read in place.
+  // A 1-dimensional array read in place: of variants, or typed as VB6
+  // returns String(), Long(), Integer() and object arrays.
   class ArrayView {
    public:
     ArrayView(const VARIANT& value, const std::string& at) {
       if (!IsArray(value)) return;
       array_ = (V_VT(&value) & VT_BYREF) != 0 ? *V_ARRAYREF(&value) : V_ARRAY(&value);
-      const VARTYPE element = V_VT(&value) & VT_TYPEMASK;
+      element_ = V_VT(&value) & VT_TYPEMASK;
       if (array_ == nullptr) return;
-      if (SafeArrayGetDim(array_) != 1 || (element != VT_VARIANT && element != VT_DISPATCH)) {
-        RaiseAbout(kTypeMismatch, at);
-      }
+      const bool readable = element_ == VT_VARIANT || element_ == VT_DISPATCH ||
+                            element_ == VT_BSTR || element_ == VT_I4 || element_ == VT_I2;
+      if (SafeArrayGetDim(array_) != 1 || !readable) RaiseAbout(kTypeMismatch, at);
       LONG low = 0, high = -1;
       SafeArrayGetLBound(array_, 1, &low);
       SafeArrayGetUBound(array_, 1, &high);
       if (high < low || FAILED(SafeArrayAccessData(array_, &data_))) return;
       size_ = static_cast<size_t>(high - low + 1);
-      of_objects_ = element == VT_DISPATCH;
     }
     ArrayView(const ArrayView&) = delete;
     ArrayView& operator=(const ArrayView&) = delete;
@@ -235,20 +235,35 @@ class ModelReader {
       if (data_ != nullptr) SafeArrayUnaccessData(array_);
     }
     size_t size() const { return size_; }
-    // Element i (0-based from the lower bound) as a variant.
+    // Element i (0-based from the lower bound) as a variant, borrowed: valid
+    // until the next call.
     const VARIANT& operator[](size_t i) {
-      if (!of_objects_) return static_cast<const VARIANT*>(data_)[i];
-      V_VT(&object_) = VT_DISPATCH;
-      V_DISPATCH(&object_) = static_cast<IDispatch* const*>(data_)[i];
-      return object_;  // borrowed, not cleared
+      V_VT(&element_value_) = element_;
+      switch (element_) {
+        case VT_VARIANT:
+          return static_cast<const VARIANT*>(data_)[i];
+        case VT_DISPATCH:
+          V_DISPATCH(&element_value_) = static_cast<IDispatch* const*>(data_)[i];
+          break;
+        case VT_BSTR:
+          V_BSTR(&element_value_) = static_cast<const BSTR*>(data_)[i];
+          break;
+        case VT_I4:
+          V_I4(&element_value_) = static_cast<const LONG*>(data_)[i];
+          break;
+        default:
+          V_I2(&element_value_) = static_cast<const SHORT*>(data_)[i];
+          break;
+      }
+      return element_value_;  // not cleared: the array owns the value
     }
 
    private:
     SAFEARRAY* array_ = nullptr;
+    VARTYPE element_ = VT_EMPTY;
     void* data_ = nullptr;
     size_t size_ = 0;
-    bool of_objects_ = false;
-    VARIANT object_ = {};
+    VARIANT element_value_ = {};
   };
 
   // Calls `visit(element, place)` for each object of the collection property

@@ -328,6 +328,30 @@ TEST(ComModelTest, ReadsEveryKindOfCollectionAndKeepsLineKeyTypes) {
   EXPECT_TRUE(m.CodeLines.KeyAt(1) == vb::DictKey::String("zwei"));
   EXPECT_TRUE(m.CodeLines.KeyAt(2) == vb::DictKey::Long(3));
   EXPECT_EQ(m.CodeLines.ItemAt(2), "drei");
+
+  // Lines of a VB6 class of the caller's: Items() As String(), Keys() As Long().
+  SAFEARRAY* texts = SafeArrayCreateVector(VT_BSTR, 0, 2);
+  SAFEARRAY* numbers = SafeArrayCreateVector(VT_I4, 0, 2);
+  LONG index[] = {0, 1};
+  LONG keys[] = {10, 20};
+  for (LONG i : index) {
+    BSTR text = SysAllocString(i == 0 ? L"zehn" : L"zwanzig");
+    SafeArrayPutElement(texts, &i, text);
+    SysFreeString(text);
+    SafeArrayPutElement(numbers, &i, &keys[i]);
+  }
+  VARIANT items;
+  V_VT(&items) = VT_ARRAY | VT_BSTR;
+  V_ARRAY(&items) = texts;
+  VARIANT key_array;
+  V_VT(&key_array) = VT_ARRAY | VT_I4;
+  V_ARRAY(&key_array) = numbers;
+  Ref<IDispatch> typed(NewMember(L"M", {})->Set(
+      L"CodeLines", Object(Bag::New()->Set(L"Items", items)->Set(L"Keys", key_array))));
+  auto typed_read = CallerMember::Read(typed.get());
+  vb::Dictionary& typed_lines = typed_read->model().CodeLines;
+  ASSERT_EQ(typed_lines.Count(), 2);
+  EXPECT_EQ(typed_lines.Item(20), "zwanzig");
 }
 
 TEST(ComModelTest, ReadCostsOneInvokePerPropertyAndOneCallForAllLines) {
