@@ -6,7 +6,6 @@
 #include <winspool.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string_view>
 
 #include "infra/command_line.h"
@@ -50,11 +49,22 @@ HWND OwnerWindow() { return ::GetActiveWindow(); }
 
 // --- Unattended runs --------------------------------------------------------
 
-// The file named by FOLIOSCOPE_DIALOG_LOG, or "" when dialogs are shown.
-std::string DialogLogPath() {
-  const char* path = std::getenv("FOLIOSCOPE_DIALOG_LOG");
-  return path ? path : "";
+// A variable of the process environment, "" when unset. Read from the
+// process block rather than the C runtime's copy, so that a host's
+// SetEnvironmentVariable after start-up counts too.
+std::string EnvironmentVariable(const char* name) {
+  char value[MAX_PATH + 1];
+  DWORD n = ::GetEnvironmentVariableA(name, value, sizeof value);
+  if (n == 0) return "";
+  if (n < sizeof value) return std::string(value, n);
+  std::string longer(n, '\0');
+  n = ::GetEnvironmentVariableA(name, longer.data(), n);
+  longer.resize(n);
+  return longer;
 }
+
+// The file named by FOLIOSCOPE_DIALOG_LOG, or "" when dialogs are shown.
+std::string DialogLogPath() { return EnvironmentVariable("FOLIOSCOPE_DIALOG_LOG"); }
 
 void AppendDialogLog(const std::string& path, const std::string& entry) {
   if (std::FILE* f = std::fopen(path.c_str(), "ab")) {
@@ -380,8 +390,7 @@ std::string WindowsPlatform::NumberGroupSeparator() {
 }
 
 bool WindowsPlatform::InDevelopmentEnvironment() {
-  const char* value = std::getenv("FOLIOSCOPE_IDE_DIAGNOSTICS");
-  return value && std::string_view(value) == "1";
+  return EnvironmentVariable("FOLIOSCOPE_IDE_DIAGNOSTICS") == "1";
 }
 
 }  // namespace folioscope

@@ -201,7 +201,8 @@ class NoActions : public ErrorDialogActions {
 
 void CheckUnattendedDialogs(const std::string& scratch) {
   const std::string log = scratch + "\\dialoge.txt";
-  ::_putenv_s("FOLIOSCOPE_DIALOG_LOG", log.c_str());
+  // Set the way a host would, in the process environment block.
+  ::SetEnvironmentVariableA("FOLIOSCOPE_DIALOG_LOG", log.c_str());
   Platform& p = CurrentPlatform();
   CheckEq(p.MessageBox("Datei fehlt.", kMbExclamation, "Quillon"), 1, "message box answers OK");
   NoActions actions;
@@ -211,7 +212,7 @@ void CheckUnattendedDialogs(const std::string& scratch) {
           "MessageBox 48 Quillon\r\nDatei fehlt.\r\n\r\nErrorDialog\r\nBericht\r\nZeile "
           "2\r\n\r\n",
           "the dialogs' log");
-  ::_putenv_s("FOLIOSCOPE_DIALOG_LOG", "");
+  ::SetEnvironmentVariableA("FOLIOSCOPE_DIALOG_LOG", nullptr);
 }
 
 }  // namespace
