@@ -121,9 +121,6 @@ void* ComFSCommunicator::QueryFurtherInterface(REFIID riid) {
   if (IsEqualIID(riid, IID_IConnectionPointContainer)) {
     return static_cast<IConnectionPointContainer*>(this);
   }
-  if (IsEqualIID(riid, IID_IProvideClassInfo) || IsEqualIID(riid, IID_IProvideClassInfo2)) {
-    return static_cast<IProvideClassInfo2*>(this);
-  }
   return nullptr;
 }
 
@@ -148,20 +145,6 @@ HRESULT ComFSCommunicator::FindConnectionPoint(REFIID riid, IConnectionPoint** p
   }
   *point = &point_;
   point_.AddRef();
-  return S_OK;
-}
-
-HRESULT ComFSCommunicator::GetClassInfo(ITypeInfo** info) {
-  return TypeInfoOf(CLSID_CFSCommunicator, info);
-}
-
-HRESULT ComFSCommunicator::GetGUID(DWORD kind, GUID* guid) {
-  if (guid == nullptr) return E_POINTER;
-  if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID) {
-    *guid = GUID_NULL;
-    return E_INVALIDARG;
-  }
-  *guid = DIID___CFSCommunicator;
   return S_OK;
 }
 

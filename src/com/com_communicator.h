@@ -31,7 +31,6 @@ namespace folioscope::com {
 
 class ComFSCommunicator final : public DispatchObject<_CFSCommunicator>,
                                 public IConnectionPointContainer,
-                                public IProvideClassInfo2,
                                 private CFSCommunicatorEvents {
  public:
   ComFSCommunicator();
@@ -52,10 +51,6 @@ class ComFSCommunicator final : public DispatchObject<_CFSCommunicator>,
   // IConnectionPointContainer
   HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override;
   HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID riid, IConnectionPoint** point) override;
-
-  // IProvideClassInfo2
-  HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override;
-  HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* guid) override;
 
   // The connection point of __CFSCommunicator; lives inside its container
   // and shares its reference count.

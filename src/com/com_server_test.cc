@@ -310,6 +310,23 @@ void CheckDispatchIds(Server& server) {
     CHECK(object != nullptr, "class creatable");
     if (object == nullptr) continue;
     CHECK(IdOf(object, entry.name) == entry.expected, "dispatch id");
+    // The class information names the coclass (what TypeName shows).
+    IProvideClassInfo* info = nullptr;
+    ITypeInfo* coclass = nullptr;
+    BSTR name = nullptr;
+    if (SUCCEEDED(object->QueryInterface(IID_IProvideClassInfo, reinterpret_cast<void**>(&info))) &&
+        SUCCEEDED(info->GetClassInfo(&coclass))) {
+      coclass->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
+      TYPEATTR* attributes = nullptr;
+      coclass->GetTypeAttr(&attributes);
+      CHECK(attributes != nullptr && IsEqualCLSID(attributes->guid, *entry.clsid),
+            "class information of the object's own class");
+      if (attributes != nullptr) coclass->ReleaseTypeAttr(attributes);
+      coclass->Release();
+    }
+    CHECK(name != nullptr && name[0] == L'C', "a class name");
+    SysFreeString(name);
+    if (info != nullptr) info->Release();
     object->Release();
   }
 }

@@ -126,21 +126,82 @@ void LockModule() { ++g_locks; }
 void UnlockModule() { --g_locks; }
 bool ModuleInUse() { return g_objects.load() != 0 || g_locks.load() != 0; }
 
-HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info) {
+namespace {
+
+ITypeLib* OwnTypeLibrary() {
   static ITypeLib* library = nullptr;
-  if (info == nullptr) return E_POINTER;
-  *info = nullptr;
   if (library == nullptr) {
     ITypeLib* loaded = nullptr;
-    const HRESULT hr = LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, &loaded);
-    if (FAILED(hr)) return hr;
+    if (FAILED(LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, &loaded))) return nullptr;
     // Two apartments may race here; the loser drops its copy.
     if (InterlockedCompareExchangePointer(reinterpret_cast<void**>(&library), loaded, nullptr) !=
         nullptr) {
       loaded->Release();
     }
   }
+  return library;
+}
+
+}  // namespace
+
+HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info) {
+  if (info == nullptr) return E_POINTER;
+  *info = nullptr;
+  ITypeLib* library = OwnTypeLibrary();
+  if (library == nullptr) return TYPE_E_CANTLOADLIBRARY;
   return library->GetTypeInfoOfGuid(guid, info);
+}
+
+HRESULT CoclassInfoOf(const char* class_name, ITypeInfo** info) {
+  if (info == nullptr) return E_POINTER;
+  *info = nullptr;
+  ITypeLib* library = OwnTypeLibrary();
+  if (library == nullptr) return TYPE_E_CANTLOADLIBRARY;
+  const std::string wanted = class_name;
+  const UINT count = library->GetTypeInfoCount();
+  for (UINT i = 0; i < count; ++i) {
+    TYPEKIND kind;
+    if (FAILED(library->GetTypeInfoType(i, &kind)) || kind != TKIND_COCLASS) continue;
+    BSTR name = nullptr;
+    if (FAILED(library->GetDocumentation(static_cast<INT>(i), &name, nullptr, nullptr, nullptr))) {
+      continue;
+    }
+    const bool match = FromBstr(name) == wanted;
+    SysFreeString(name);
+    if (match) return library->GetTypeInfo(i, info);
+  }
+  return TYPE_E_ELEMENTNOTFOUND;
+}
+
+HRESULT DefaultSourceOf(const char* class_name, GUID* guid) {
+  ITypeInfo* coclass = nullptr;
+  HRESULT hr = CoclassInfoOf(class_name, &coclass);
+  if (FAILED(hr)) return E_INVALIDARG;
+  TYPEATTR* attributes = nullptr;
+  hr = E_INVALIDARG;
+  if (SUCCEEDED(coclass->GetTypeAttr(&attributes))) {
+    const int wanted = IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE;
+    for (UINT i = 0; i < attributes->cImplTypes && FAILED(hr); ++i) {
+      INT flags = 0;
+      HREFTYPE reference = 0;
+      ITypeInfo* source = nullptr;
+      if (FAILED(coclass->GetImplTypeFlags(i, &flags)) || (flags & wanted) != wanted ||
+          FAILED(coclass->GetRefTypeOfImplType(i, &reference)) ||
+          FAILED(coclass->GetRefTypeInfo(reference, &source))) {
+        continue;
+      }
+      TYPEATTR* source_attributes = nullptr;
+      if (SUCCEEDED(source->GetTypeAttr(&source_attributes))) {
+        *guid = source_attributes->guid;
+        source->ReleaseTypeAttr(source_attributes);
+        hr = S_OK;
+      }
+      source->Release();
+    }
+    coclass->ReleaseTypeAttr(attributes);
+  }
+  coclass->Release();
+  return hr;
 }
 
 namespace {

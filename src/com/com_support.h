@@ -108,6 +108,11 @@ bool ModuleInUse();
 // (an interface, dispinterface or coclass of the library).
 HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info);
 
+// The coclass named `class_name` (new reference), and the id of its
+// [default, source] interface (E_INVALIDARG when it has none).
+HRESULT CoclassInfoOf(const char* class_name, ITypeInfo** info);
+HRESULT DefaultSourceOf(const char* class_name, GUID* guid);
+
 // Makes sure the process has its Windows platform installed (idempotent);
 // every object creation calls it before the object touches the component.
 // From then on the DLL stays loaded until the process ends (see the .cc).

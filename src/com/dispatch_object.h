@@ -2,7 +2,9 @@
 // dual interface I (declared in the type library) its IUnknown, its
 // IDispatch (through the ITypeInfo of I in the DLL's embedded type library,
 // so late-bound callers reach exactly the vtable methods early-bound callers
-// call) and ISupportErrorInfo for I. The derived class implements the
+// call), ISupportErrorInfo for I, and IProvideClassInfo2 with the coclass
+// named like the class (so TypeName() gives "CReportSets", and event hosts
+// find the default source interface). The derived class implements the
 // methods of I, each body wrapped in Guard().
 //
 // Objects start with one reference, owned by whoever called `new`; every
@@ -12,6 +14,8 @@
 #define FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
 
 #include <windows.h>
+
+#include <ocidl.h>
 
 #include <atomic>
 
@@ -46,7 +50,10 @@ T* ImplementationOf(IUnknown* unknown) {
 }
 
 template <class I>
-class DispatchObject : public I, public ISupportErrorInfo, public ComObjectRoot {
+class DispatchObject : public I,
+                       public ISupportErrorInfo,
+                       public IProvideClassInfo2,
+                       public ComObjectRoot {
  public:
   // `iid` is the IID of I (a widl IID_ constant, which outlives the object);
   // `class_name` names the class in error sources ("VBFolioscope.<name>").
@@ -65,6 +72,9 @@ class DispatchObject : public I, public ISupportErrorInfo, public ComObjectRoot 
       *object = static_cast<I*>(this);
     } else if (IsEqualIID(riid, IID_ISupportErrorInfo)) {
       *object = static_cast<ISupportErrorInfo*>(this);
+    } else if (IsEqualIID(riid, IID_IProvideClassInfo) ||
+               IsEqualIID(riid, IID_IProvideClassInfo2)) {
+      *object = static_cast<IProvideClassInfo2*>(this);
     } else if (IsEqualIID(riid, kIidComObjectRoot)) {
       *object = static_cast<ComObjectRoot*>(this);
     } else {
@@ -125,6 +135,18 @@ class DispatchObject : public I, public ISupportErrorInfo, public ComObjectRoot 
   // --- ISupportErrorInfo ---
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) override {
     return IsEqualIID(riid, iid_) ? S_OK : S_FALSE;
+  }
+
+  // --- IProvideClassInfo2 ---
+  HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override {
+    return CoclassInfoOf(class_name_, info);
+  }
+
+  HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* guid) override {
+    if (guid == nullptr) return E_POINTER;
+    *guid = GUID_NULL;
+    if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID) return E_INVALIDARG;
+    return DefaultSourceOf(class_name_, guid);
   }
 
  protected:
