@@ -191,6 +191,13 @@ void CheckFileHelpers(const std::string& scratch) {
     raised = e.number();
   }
   CheckEq(raised, 53, "ReadFileText of a missing file raises 53");
+  raised = 0;
+  try {
+    WriteTextFile(scratch + "\\fehlt\\seite.htm", "x", false);
+  } catch (const vb::RuntimeError& e) {
+    raised = e.number();
+  }
+  CheckEq(raised, 76, "WriteTextFile into a missing folder raises 76");
 }
 
 class NoActions : public ErrorDialogActions {
