@@ -3,11 +3,7 @@
 #include <atomic>
 
 #include "infra/platform.h"
-
-#if __has_include("infra/windows_platform.h")
 #include "infra/windows_platform.h"
-#define FOLIOSCOPE_HAVE_WINDOWS_PLATFORM 1
-#endif
 
 namespace folioscope::com {
 
@@ -222,13 +218,11 @@ void PinModule() {
 void EnsurePlatform() {
   static const bool pinned = (PinModule(), true);
   (void)pinned;
-#ifdef FOLIOSCOPE_HAVE_WINDOWS_PLATFORM
   // Lives as long as the process: component objects may outlive any one of
   // ours, and the platform is never swapped afterwards.
   static WindowsPlatform platform;
   static const bool installed = (SetCurrentPlatform(&platform), true);
   (void)installed;
-#endif
 }
 
 }  // namespace folioscope::com
