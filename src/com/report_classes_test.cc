@@ -1,0 +1,533 @@
+// Tests of the report object, the tag readers and the formatter as COM
+// classes. A Windows program, run under Windows or Wine:
+//
+//   report_classes_tests <path of VBFolioscope.dll> [GoogleTest flags]
+//
+// The DLL is copied into a fresh folder (its application folder, so that
+// ErrorLog.txt starts empty) and loaded with LoadLibrary; objects come from
+// its DllGetClassObject, no registration needed. The caller's member objects
+// are small property bags written here, their code lines real
+// Scripting.Dictionary objects, as a script hands them over.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <oleauto.h>
+
+#include <cwchar>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "VBFolioscope.h"
+
+namespace {
+
+std::wstring dll_under_test;
+
+// --- Small helpers -------------------------------------------------------------
+
+VARIANT Long(LONG n) {
+  VARIANT v;
+  VariantInit(&v);
+  V_VT(&v) = VT_I4;
+  V_I4(&v) = n;
+  return v;
+}
+
+VARIANT Text(const wchar_t* text) {
+  VARIANT v;
+  VariantInit(&v);
+  V_VT(&v) = VT_BSTR;
+  V_BSTR(&v) = SysAllocString(text);
+  return v;
+}
+
+// Takes over the reference of `object`.
+VARIANT Object(IDispatch* object) {
+  VARIANT v;
+  VariantInit(&v);
+  V_VT(&v) = VT_DISPATCH;
+  V_DISPATCH(&v) = object;
+  return v;
+}
+
+std::wstring Take(BSTR text) {
+  std::wstring s = text ? std::wstring(text, SysStringLen(text)) : std::wstring();
+  SysFreeString(text);
+  return s;
+}
+
+// A late-bound call by name; `args` in call order.
+HRESULT CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> args,
+                   VARIANT* result) {
+  DISPID id = DISPID_UNKNOWN;
+  LPOLESTR names[1] = {const_cast<LPOLESTR>(name)};
+  HRESULT hr = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
+  if (SUCCEEDED(hr)) {
+    std::vector<VARIANT> reversed(args.rbegin(), args.rend());
+    DISPPARAMS params = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+    hr =
+        object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, nullptr, nullptr);
+  }
+  for (VARIANT& v : args) VariantClear(&v);
+  return hr;
+}
+
+// --- The caller's objects ------------------------------------------------------
+
+// An object with named properties, as a VB class with public fields: every
+// name it was given answers property get and put.
+class PropertyBag final : public IDispatch {
+ public:
+  PropertyBag() = default;
+  PropertyBag(const PropertyBag&) = delete;
+  PropertyBag& operator=(const PropertyBag&) = delete;
+
+  // Takes over `value`.
+  void Set(const std::wstring& name, VARIANT value) {
+    for (auto& [n, v] : properties_) {
+      if (_wcsicmp(n.c_str(), name.c_str()) == 0) {
+        VariantClear(&v);
+        v = value;
+        return;
+      }
+    }
+    properties_.emplace_back(name, value);
+  }
+  const VARIANT* Find(const wchar_t* name) const {
+    for (const auto& [n, v] : properties_) {
+      if (_wcsicmp(n.c_str(), name) == 0) return &v;
+    }
+    return nullptr;
+  }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch)) {
+      *object = static_cast<IDispatch*>(this);
+      AddRef();
+      return S_OK;
+    }
+    *object = nullptr;
+    return E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
+                                          DISPID* ids) override {
+    HRESULT hr = S_OK;
+    for (UINT i = 0; i < count; ++i) {
+      ids[i] = DISPID_UNKNOWN;
+      for (size_t p = 0; p < properties_.size(); ++p) {
+        if (_wcsicmp(properties_[p].first.c_str(), names[i]) == 0) {
+          ids[i] = static_cast<DISPID>(p + 1);
+        }
+      }
+      if (ids[i] == DISPID_UNKNOWN) hr = DISP_E_UNKNOWNNAME;
+    }
+    return hr;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params,
+                                   VARIANT* result, EXCEPINFO*, UINT*) override {
+    if (id < 1 || static_cast<size_t>(id) > properties_.size()) return DISP_E_MEMBERNOTFOUND;
+    VARIANT& value = properties_[id - 1].second;
+    if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
+      if (params->cArgs != 1) return DISP_E_BADPARAMCOUNT;
+      return VariantCopyInd(&value, &params->rgvarg[0]);
+    }
+    if (params->cArgs != 0) return DISP_E_BADPARAMCOUNT;
+    return result ? VariantCopy(result, &value) : S_OK;
+  }
+
+ private:
+  virtual ~PropertyBag() {
+    for (auto& [n, v] : properties_) VariantClear(&v);
+  }
+  ULONG references_ = 1;
+  std::vector<std::pair<std::wstring, VARIANT>> properties_;
+};
+
+IDispatch* NewDictionary() {
+  CLSID clsid;
+  IDispatch* dictionary = nullptr;
+  if (SUCCEEDED(CLSIDFromProgID(L"Scripting.Dictionary", &clsid))) {
+    CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                     reinterpret_cast<void**>(&dictionary));
+  }
+  return dictionary;
+}
+
+bool DictionaryHas(IDispatch* dictionary, LONG key) {
+  VARIANT found;
+  VariantInit(&found);
+  CallByName(dictionary, L"Exists", DISPATCH_METHOD, {Long(key)}, &found);
+  return V_VT(&found) == VT_BOOL && V_BOOL(&found) == VARIANT_TRUE;
+}
+
+LONG DictionaryCount(IDispatch* dictionary) {
+  VARIANT count;
+  VariantInit(&count);
+  CallByName(dictionary, L"Count", DISPATCH_PROPERTYGET, {}, &count);
+  return V_VT(&count) == VT_I4 ? V_I4(&count) : -1;
+}
+
+// The member DoIt(a) with one line per doc tag; `lines` receives a
+// reference to its code-line dictionary, `parameter` one to its parameter.
+PropertyBag* NewMember(IDispatch** lines, PropertyBag** parameter) {
+  IDispatch* dictionary = NewDictionary();
+  const wchar_t* texts[] = {
+      L"'/// <summary>Adds two values.</summary>",
+      L"'/// <param name=\"a\">the first value</param>",
+      L"'/// <code>",
+      L"'/// x = DoIt(1)",
+      L"'/// </code>",
+      L"Public Function DoIt(a)",
+      L"  DoIt = a + 1",
+      L"End Function",
+  };
+  LONG key = 1;
+  for (const wchar_t* text : texts) {
+    CallByName(dictionary, L"Add", DISPATCH_METHOD, {Long(key++), Text(text)}, nullptr);
+  }
+  auto* p = new PropertyBag();
+  p->Set(L"Name", Text(L"a"));
+  p->Set(L"Description", Text(L""));
+  SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, 1);
+  LONG index = 0;
+  VARIANT element = Object(p);
+  SafeArrayPutElement(array, &index, &element);  // copies: one more reference
+  VARIANT parameters;
+  VariantInit(&parameters);
+  V_VT(&parameters) = VT_ARRAY | VT_VARIANT;
+  V_ARRAY(&parameters) = array;
+
+  auto* member = new PropertyBag();
+  member->Set(L"Name", Text(L"DoIt"));
+  member->Set(L"Kind", Text(L"Function"));
+  member->Set(L"Scope", Text(L"Public"));
+  dictionary->AddRef();
+  member->Set(L"CodeLines", Object(dictionary));
+  member->Set(L"Parameters", parameters);
+  *lines = dictionary;
+  *parameter = p;  // the reference of `element`
+  return member;
+}
+
+std::string ReadFileBytes(const std::wstring& path) {
+  std::ifstream in(path.c_str(), std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// --- The DLL under test --------------------------------------------------------
+
+using GetClassObjectFn = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+
+class ReportClassesTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    CoInitialize(nullptr);
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    folder_ = std::wstring(temp) + L"report_classes_test_" + std::to_wstring(GetCurrentProcessId());
+    CreateDirectoryW(folder_.c_str(), nullptr);
+    const std::wstring copy = folder_ + L"\\VBFolioscope.dll";
+    CopyFileW(dll_under_test.c_str(), copy.c_str(), FALSE);
+    // Dialogs go to a file instead of the screen (read by the DLL's runtime
+    // at load time).
+    SetEnvironmentVariableW(L"FOLIOSCOPE_DIALOG_LOG", (folder_ + L"\\dialogs.log").c_str());
+    module_ = LoadLibraryW(copy.c_str());
+    if (module_ != nullptr) {
+      get_class_object_ = reinterpret_cast<GetClassObjectFn>(
+          reinterpret_cast<void*>(GetProcAddress(module_, "DllGetClassObject")));
+    }
+  }
+
+  void SetUp() override { ASSERT_NE(get_class_object_, nullptr) << "DLL not loaded"; }
+
+  template <class I>
+  I* Create(REFCLSID clsid, REFIID iid) {
+    IClassFactory* factory = nullptr;
+    if (FAILED(get_class_object_(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory)))) {
+      return nullptr;
+    }
+    I* object = nullptr;
+    factory->CreateInstance(nullptr, iid, reinterpret_cast<void**>(&object));
+    factory->Release();
+    return object;
+  }
+
+  static std::string ErrorLog() { return ReadFileBytes(folder_ + L"\\ErrorLog.txt"); }
+
+  static std::wstring folder_;
+  static HMODULE module_;
+  static GetClassObjectFn get_class_object_;
+};
+
+std::wstring ReportClassesTest::folder_;
+HMODULE ReportClassesTest::module_ = nullptr;
+GetClassObjectFn ReportClassesTest::get_class_object_ = nullptr;
+
+// --- Tests -----------------------------------------------------------------------
+
+TEST_F(ReportClassesTest, ReportObjectStoresItsProperties) {
+  _CFolioscope* report = Create<_CFolioscope>(CLSID_CFolioscope, IID__CFolioscope);
+  ASSERT_NE(report, nullptr);
+
+  // Strings pass as Windows-1252 and come back unchanged, non-ASCII included.
+  const wchar_t* path =
+      L"C:\\Ausgabe\\B\x00FC"
+      L"cher\\";
+  BSTR text = SysAllocString(path);
+  EXPECT_EQ(report->put_PlainPath(text), S_OK);
+  SysFreeString(text);
+  BSTR back = nullptr;
+  EXPECT_EQ(report->get_PlainPath(&back), S_OK);
+  EXPECT_EQ(Take(back), path);
+  text = SysAllocString(L"Kontor");
+  report->put_ProjektName(text);
+  SysFreeString(text);
+  report->get_ProjektName(&back);
+  EXPECT_EQ(Take(back), L"Kontor");
+
+  // Projekt keeps the caller's object itself, by Set or by plain put.
+  IDispatch* lines = nullptr;
+  PropertyBag* parameter = nullptr;
+  PropertyBag* project = NewMember(&lines, &parameter);
+  EXPECT_EQ(report->putref_Projekt(project), S_OK);
+  IDispatch* stored = nullptr;
+  EXPECT_EQ(report->get_Projekt(&stored), S_OK);
+  EXPECT_EQ(stored, static_cast<IDispatch*>(project));
+  if (stored) stored->Release();
+  EXPECT_EQ(report->putref_Projekt(nullptr), S_OK);
+  report->get_Projekt(&stored);
+  EXPECT_EQ(stored, nullptr);
+  EXPECT_EQ(report->put_Projekt(project), S_OK);
+  report->get_Projekt(&stored);
+  EXPECT_EQ(stored, static_cast<IDispatch*>(project));
+  if (stored) stored->Release();
+
+  // Null result pointers are refused before anything runs.
+  EXPECT_EQ(report->get_PlainPath(nullptr), E_POINTER);
+  EXPECT_EQ(report->GetProjektSite(nullptr), E_POINTER);
+
+  report->Release();  // releases the project held in Projekt
+  project->Release();
+  parameter->Release();
+  lines->Release();
+}
+
+TEST_F(ReportClassesTest, ReadersWriteBackIntoTheCallersObjects) {
+  IDispatch* lines = nullptr;
+  PropertyBag* parameter = nullptr;
+  PropertyBag* member = NewMember(&lines, &parameter);
+  ASSERT_NE(lines, nullptr) << "no Scripting.Dictionary";
+  const LONG count = DictionaryCount(lines);
+  IDispatch* member_argument = member;
+
+  // The scan adds key 0 to the caller's own dictionary.
+  _CSummary* summary = Create<_CSummary>(CLSID_CSummary, IID__CSummary);
+  ASSERT_NE(summary, nullptr);
+  LONG status = -1;
+  EXPECT_EQ(summary->GetSummary(&member_argument, &status), S_OK);
+  EXPECT_EQ(status, 0);
+  BSTR content = nullptr;
+  summary->get_SumaryContent(&content);
+  EXPECT_EQ(Take(content), L"Adds two values.");
+  EXPECT_TRUE(DictionaryHas(lines, 0));
+  EXPECT_EQ(DictionaryCount(lines), count + 1);
+  EXPECT_EQ(member_argument, static_cast<IDispatch*>(member));  // the reference is left alone
+
+  // CParam writes the description into the caller's parameter object.
+  _CParam* param = Create<_CParam>(CLSID_CParam, IID__CParam);
+  ASSERT_NE(param, nullptr);
+  EXPECT_EQ(param->GetParam(&member_argument, &status), S_OK);
+  const VARIANT* description = parameter->Find(L"Description");
+  ASSERT_NE(description, nullptr);
+  ASSERT_EQ(V_VT(description), VT_BSTR);
+  EXPECT_STREQ(V_BSTR(description), L"the first value");
+
+  // CCode: the example joined with <br> unless pre-formatted.
+  _CCode* code = Create<_CCode>(CLSID_CCode, IID__CCode);
+  ASSERT_NE(code, nullptr);
+  code->put_GetAsPraeformated(VARIANT_FALSE);
+  EXPECT_EQ(code->GetCode(&member_argument, &status), S_OK);
+  code->get_CodeContent(&content);
+  EXPECT_EQ(Take(content), L"<br>'/// x = DoIt(1)<br><br>");
+  code->put_GetAsPraeformated(VARIANT_TRUE);
+  code->GetCode(&member_argument, &status);
+  code->get_CodeContent(&content);
+  const std::wstring formatted = Take(content);
+  EXPECT_NE(formatted.find(L"x = DoIt(1)"), std::wstring::npos);
+  EXPECT_EQ(formatted.find(L"<br>"), std::wstring::npos);
+
+  code->Release();
+  param->Release();
+  summary->Release();
+  member->Release();
+  parameter->Release();
+  lines->Release();
+}
+
+TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
+  IDispatch* lines = nullptr;
+  PropertyBag* parameter = nullptr;
+  PropertyBag* member = NewMember(&lines, &parameter);
+  _CCodeFormat* format = Create<_CCodeFormat>(CLSID_CCodeFormat, IID__CCodeFormat);
+  ASSERT_NE(format, nullptr);
+  IDispatch* dispatch = format;
+
+  // A script passes its variables as references to VARIANTs.
+  VARIANT member_variable = Object(member);
+  member->AddRef();
+  VARIANT start_variable;
+  VariantInit(&start_variable);
+  V_VT(&start_variable) = VT_I2;  // an Integer: converted for the call, not written back
+  V_I2(&start_variable) = 1;
+  VARIANT end_variable = Long(0);
+  VARIANT document_variable;
+  VariantInit(&document_variable);
+  V_VT(&document_variable) = VT_BOOL;
+  V_BOOL(&document_variable) = VARIANT_FALSE;
+  auto reference = [](VARIANT* variable) {
+    VARIANT v;
+    VariantInit(&v);
+    V_VT(&v) = VT_BYREF | VT_VARIANT;
+    V_VARIANTREF(&v) = variable;
+    return v;
+  };
+  std::vector<VARIANT> args = {reference(&document_variable), reference(&end_variable),
+                               reference(&start_variable), reference(&member_variable)};
+  DISPPARAMS params = {args.data(), nullptr, 4, 0};
+  VARIANT result;
+  VariantInit(&result);
+  UINT bad_argument = 99;
+  EXPECT_EQ(dispatch->Invoke(0x60030000, IID_NULL, LOCALE_USER_DEFAULT,
+                             DISPATCH_METHOD | DISPATCH_PROPERTYGET, &params, &result, nullptr,
+                             &bad_argument),
+            S_OK);
+  EXPECT_EQ(V_VT(&result), VT_I4);
+  // Endline 0 means the last line; the variable receives it.
+  ASSERT_EQ(V_VT(&end_variable), VT_I4);
+  EXPECT_EQ(V_I4(&end_variable), DictionaryCount(lines) - 1);
+  EXPECT_EQ(V_VT(&start_variable), VT_I2);
+  EXPECT_EQ(V_VT(&member_variable), VT_DISPATCH);
+  EXPECT_EQ(V_DISPATCH(&member_variable), static_cast<IDispatch*>(member));
+  BSTR html = nullptr;
+  format->get_FormatedCode(&html);
+  EXPECT_NE(Take(html).find(L"DoIt = a + 1"), std::wstring::npos);
+
+  // A variable that is no number is a type mismatch of that argument.
+  VariantClear(&end_variable);
+  end_variable = Text(L"kein Wert");
+  bad_argument = 99;
+  EXPECT_EQ(dispatch->Invoke(0x60030000, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params,
+                             &result, nullptr, &bad_argument),
+            DISP_E_TYPEMISMATCH);
+  EXPECT_EQ(bad_argument, 1u);
+  ASSERT_EQ(V_VT(&end_variable), VT_BSTR);
+  EXPECT_STREQ(V_BSTR(&end_variable), L"kein Wert");
+
+  // Values (literals, parenthesised expressions) still pass.
+  std::vector<VARIANT> values = {Long(-1), Long(0), Long(1), Object(member)};
+  member->AddRef();
+  DISPPARAMS value_params = {values.data(), nullptr, 4, 0};
+  VariantClear(&result);
+  EXPECT_EQ(dispatch->Invoke(0x60030000, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                             &value_params, &result, nullptr, nullptr),
+            S_OK);
+  format->get_FormatedCode(&html);
+  EXPECT_NE(Take(html).find(L"<html>"), std::wstring::npos) << "a full document was asked for";
+
+  for (VARIANT& v : values) VariantClear(&v);
+  VariantClear(&result);
+  VariantClear(&member_variable);
+  VariantClear(&end_variable);
+  format->Release();
+  member->Release();
+  parameter->Release();
+  lines->Release();
+}
+
+TEST_F(ReportClassesTest, UnreadableCallerObjectsGiveNeutralResults) {
+  IDispatch* lines = nullptr;
+  PropertyBag* parameter = nullptr;
+  PropertyBag* member = NewMember(&lines, &parameter);
+  IDispatch* member_argument = member;
+  _CSummary* summary = Create<_CSummary>(CLSID_CSummary, IID__CSummary);
+  ASSERT_NE(summary, nullptr);
+  LONG status = -1;
+  summary->GetSummary(&member_argument, &status);
+
+  // Nothing, and an object without the required Name: status 0, the
+  // previous content kept, the fault logged under the reader's names.
+  IDispatch* nothing = nullptr;
+  status = -1;
+  EXPECT_EQ(summary->GetSummary(&nothing, &status), S_OK);
+  EXPECT_EQ(status, 0);
+  auto* nameless = new PropertyBag();
+  nameless->Set(L"CodeLines", Object(NewDictionary()));
+  IDispatch* nameless_argument = nameless;
+  EXPECT_EQ(summary->GetSummary(&nameless_argument, &status), S_OK);
+  BSTR content = nullptr;
+  summary->get_SumaryContent(&content);
+  EXPECT_EQ(Take(content), L"Adds two values.");
+  std::string log = ErrorLog();
+  EXPECT_NE(log.find("CSummary"), std::string::npos) << log;
+  EXPECT_NE(log.find("GetSummary"), std::string::npos);
+  EXPECT_NE(log.find("Name"), std::string::npos) << "the missing property is named";
+
+  // The report object: a member that is Nothing gives the empty page, and
+  // so does a project the bridge cannot read.
+  _CFolioscope* report = Create<_CFolioscope>(CLSID_CFolioscope, IID__CFolioscope);
+  ASSERT_NE(report, nullptr);
+  BSTR project_name = SysAllocString(L"Kontor");
+  BSTR module_name = SysAllocString(L"modKontor");
+  BSTR page = nullptr;
+  EXPECT_EQ(report->GetMemberContentSite(&nothing, &project_name, &module_name, &page), S_OK);
+  EXPECT_EQ(Take(page), L"");
+  report->putref_Projekt(nameless);
+  EXPECT_EQ(report->GetModulContentSite(&module_name, &page), S_OK);
+  EXPECT_EQ(Take(page), L"");
+  LONG mode = 0;
+  EXPECT_EQ(report->SaveReport(&mode, &status), S_OK);
+  EXPECT_EQ(status, 0);
+  log = ErrorLog();
+  EXPECT_NE(log.find("CFolioscope"), std::string::npos) << log;
+  EXPECT_NE(log.find("GetMemberContentSite"), std::string::npos);
+  EXPECT_NE(log.find("GetModulContentSite"), std::string::npos);
+  // The by-reference name arguments are the caller's and stay as they were.
+  EXPECT_STREQ(module_name, L"modKontor");
+
+  SysFreeString(project_name);
+  SysFreeString(module_name);
+  report->Release();
+  nameless->Release();
+  summary->Release();
+  member->Release();
+  parameter->Release();
+  lines->Release();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (argc < 2) {
+    std::fprintf(stderr, "usage: report_classes_tests <VBFolioscope.dll>\n");
+    return 2;
+  }
+  const std::string path = argv[1];
+  dll_under_test.assign(path.begin(), path.end());
+  return RUN_ALL_TESTS();
+}
