@@ -27,6 +27,9 @@ CParam::CParam() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
 int32_t CParam::GetParam(SourceMember& MemberContent) {
   Trap("CParam", "GetParam", [&] {
     working_lines_.RemoveAll();
+    begin_from_ = 0;
+    end_from_ = 0;
+    first_parameter_.clear();
     if (vb::LCase(MemberContent.Name) == "header") return;
     doccomments::CopyCodeLines(MemberContent.CodeLines, working_lines_);
     for (;;) {
@@ -56,17 +59,34 @@ int32_t CParam::GetParam(SourceMember& MemberContent) {
 // one the write goes to position Count + 1, which the parameter list refuses
 // with error 9 (reported by the caller's trap).
 void CParam::StoreDescription(SourceMember& MemberContent) {
+  constexpr int32_t kIndexFrom = 16;  // parameters; below that a walk is cheaper
   auto& params = MemberContent.Parameters;
   int32_t i = 1;
-  for (; i <= params.Count(); ++i) {
-    if (params.Item(i).Name == parameter_name_) break;
+  if (params.Count() < kIndexFrom) {
+    for (; i <= params.Count(); ++i) {
+      if (params.Item(i).Name == parameter_name_) break;
+    }
+  } else {
+    if (first_parameter_.empty()) {
+      for (int32_t k = params.Count(); k >= 1; --k) first_parameter_[params.Item(k).Name] = k;
+    }
+    auto found = first_parameter_.find(parameter_name_);
+    i = found == first_parameter_.end() ? params.Count() + 1 : found->second;
   }
   params.Item(i).Description = content_;
 }
 
-int32_t CParam::GetParamBegin() { return doccomments::FindTagLine(working_lines_, kParamOpen); }
+int32_t CParam::GetParamBegin() {
+  const int32_t b = doccomments::FindTagLine(working_lines_, kParamOpen, begin_from_);
+  if (b > 0) begin_from_ = b;
+  return b;
+}
 
-int32_t CParam::GetParamEnd() { return doccomments::FindTagLine(working_lines_, kParamClose); }
+int32_t CParam::GetParamEnd() {
+  const int32_t e = doccomments::FindTagLine(working_lines_, kParamClose, end_from_);
+  if (e > 0) end_from_ = e;
+  return e;
+}
 
 void CParam::GetParamContent(int32_t b, int32_t e) {
   doccomments::JoinBlockWithBlanks(

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 
 #include "model/source_model.h"
 
@@ -25,6 +26,13 @@ class CParam {
   void StoreDescription(SourceMember& MemberContent);
 
   vb::Dictionary working_lines_;  // one call's copy of the code lines
+  // Where the next opening / closing tag scan may start: the lines below
+  // the last block found hold no tag (they are only ever emptied), so the
+  // scans of one call together read every line about once.
+  int32_t begin_from_ = 0;
+  int32_t end_from_ = 0;
+  // The first parameter of each name, for members with many parameters.
+  std::unordered_map<std::string, int32_t> first_parameter_;
   std::string content_;
   std::string parameter_name_;  // survives between blocks and calls
   bool diagnostic_mode_;

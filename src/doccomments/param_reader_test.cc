@@ -135,6 +135,46 @@ TEST_F(ParamReader, MemberLinesStayUntouchedExceptKeyZero) {
   EXPECT_EQ(reader.ParamContent(), "");  // the last pass found no block
 }
 
+// Members with many parameters: the first parameter of a name gets the
+// text, an unknown name still faults after the earlier writes, and 100,000
+// blocks take one pass over the lines, not one per block.
+TEST_F(ParamReader, ManyBlocksAndParametersKeepTheRulesAndStayLinear) {
+  Lines lines;
+  auto add_block = [&](const std::string& name, const std::string& text) {
+    lines.push_back("'/// <param name=\"" + name + "\">" + text);
+    lines.push_back("'/// </param>");
+  };
+  for (int i = 19; i >= 0; --i) add_block("p" + std::to_string(i), "t" + std::to_string(i));
+  add_block("p3", "again");
+  add_block("nobody", "x");
+  add_block("p5", "never");
+  lines.push_back("Sub S()");
+  auto m = MakeMember(lines);
+  for (int i = 0; i < 20; ++i) AddParameter(*m, "p" + std::to_string(i));
+  auto second_p3 = std::make_unique<SourceParameter>();  // the first p3 takes every p3 block
+  second_p3->Name = "p3";
+  m->Parameters.Add(std::move(second_p3));
+  CParam reader;
+  reader.GetParam(*m);
+  EXPECT_EQ(FaultsReported(), 1) << "the unknown name";
+  std::vector<std::string> expected;
+  for (int i = 0; i < 20; ++i)
+    expected.push_back(i == 3 ? "again " : "t" + std::to_string(i) + " ");
+  expected.push_back("");
+  EXPECT_EQ(Descriptions(*m), expected);
+
+  constexpr int kMany = 100000;
+  lines.clear();
+  for (int i = kMany - 1; i >= 0; --i) add_block("q" + std::to_string(i), std::to_string(i));
+  lines.push_back("Sub S()");
+  auto many = MakeMember(lines);
+  for (int i = 0; i < kMany; ++i) AddParameter(*many, "q" + std::to_string(i));
+  reader.GetParam(*many);
+  EXPECT_EQ(FaultsReported(), 1);
+  EXPECT_EQ(many->Parameters.Item(1).Description, "0 ");
+  EXPECT_EQ(many->Parameters.Item(kMany).Description, std::to_string(kMany - 1) + " ");
+}
+
 TEST_F(ParamReader, DiagnosticMessageNamesMemberAndParameter) {
   platform_.in_ide = true;
   CParam reader;

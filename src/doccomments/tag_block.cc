@@ -28,9 +28,9 @@ bool IsDocumentationLine(std::string_view line) {
   return first != std::string_view::npos && line.substr(first, kDocPrefix.size()) == kDocPrefix;
 }
 
-int32_t FindTagLine(vb::Dictionary& lines, std::string_view tag) {
+int32_t FindTagLine(vb::Dictionary& lines, std::string_view tag, int32_t first_key) {
   const int32_t n = lines.Count();
-  for (int32_t i = 0; i < n; ++i) {
+  for (int32_t i = first_key; i < n; ++i) {
     const std::string& line = lines.Item(i);
     if (IsDocumentationLine(line) && vb::InStr(vb::LCase(line), tag) > 0) return i;
   }

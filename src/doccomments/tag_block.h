@@ -36,7 +36,10 @@ bool IsDocumentationLine(std::string_view line);
 // once, before the loop) whose lower-cased text contains `tag`; 0 when none.
 // Each key is read through Dictionary::Item, so reading the absent key 0
 // adds it and widens every later scan of `lines` by one.
-int32_t FindTagLine(vb::Dictionary& lines, std::string_view tag);
+// A scan may start at `first_key` instead of 0 when the caller knows that
+// no line below it can match (repeated scans of lines that are only ever
+// emptied); its result is then the same as a scan from 0 after the first.
+int32_t FindTagLine(vb::Dictionary& lines, std::string_view tag, int32_t first_key = 0);
 
 // The trimmed text behind `open_tag` on `line`, its case unchanged.
 std::string TextBehindTag(std::string_view line, std::string_view open_tag);
