@@ -6,5 +6,7 @@ cd "$(dirname "$0")"
 scripts/install-deps.sh
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Release
 cmake --build build
-./build/folioscope --registry build/registry.reg report examples/Kontor/Kontor.vbp -o build/report
+# build/report belongs to the build (trees from before the report marker lack it).
+./build/folioscope --registry build/registry.reg report examples/Kontor/Kontor.vbp -o build/report \
+  --force
 echo "Open the sample report: build/report/_Index.htm"

@@ -3,7 +3,10 @@
 // Builds the compiled help file of a VB6 project in DIR: the whole project
 // (SaveMode 0), one module (--module, SaveMode 1) or one member of it
 // (--module and --member, SaveMode 2). The exit status is 1 when no
-// <project name>.chm came out, whatever the reason.
+// <project name>.chm came out, whatever the reason. A DIR that holds files
+// but no earlier report is refused unless --force is given
+// (output_folder.h); the clean-up after the compile removes only files
+// that the run wrote.
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -11,6 +14,7 @@
 #include <system_error>
 
 #include "cli/host.h"
+#include "cli/output_folder.h"
 #include "engine/folioscope.h"
 #include "infra/text_encoding.h"
 #include "model/vb6_reader.h"
@@ -23,6 +27,7 @@ struct ChmOptions {
   std::string output;
   std::string module;
   std::string member;
+  bool force = false;
 };
 
 int32_t SaveModeOf(const ChmOptions& options) {
@@ -51,6 +56,7 @@ void RunChm(Host& host, const ChmOptions& options) {
     host.exit_status = kExitUsage;
     return;
   }
+  if (!ClaimOutputFolder(host, options.output, options.force)) return;
   CFolioscope report;
   report.Projekt = read.project.get();
   report.PlainPath = options.output;
@@ -58,6 +64,7 @@ void RunChm(Host& host, const ChmOptions& options) {
   report.ModuleName = options.module;
   report.MemberName = options.member;
   report.SaveCHMReportSystem(SaveModeOf(options));
+  MarkReportFolder(report.PlainPath);
   host.exit_status = host.FinalStatus();
   if (!report.Ready() || !HelpFileWritten(report.PlainPath, read.project->Name)) {
     host.exit_status = kExitFailed;
@@ -71,6 +78,8 @@ void Setup(CLI::App& app, Host& host) {
   cmd->add_option("-o,--output", options->output, "Output folder")->required();
   cmd->add_option("--module", options->module, "Only this module");
   cmd->add_option("--member", options->member, "Only this member of --module");
+  cmd->add_flag("--force", options->force,
+                "Write into DIR even when it holds files but no earlier report");
   cmd->callback([&host, options] { RunChm(host, *options); });
 }
 

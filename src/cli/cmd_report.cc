@@ -5,7 +5,9 @@
 // page (--module and --member, SaveMode 2). DIR is the report object's
 // PlainPath with an empty FolderName, so only its last level is created.
 // Progress is drawn as a bar on stderr when stderr is a terminal; at the
-// end the path of the page to open is printed on stdout.
+// end the path of the page to open is printed on stdout. A DIR that holds
+// files but no earlier report is refused unless --force is given
+// (output_folder.h).
 #include <unistd.h>
 
 #include <cstdio>
@@ -14,6 +16,7 @@
 #include <string>
 
 #include "cli/host.h"
+#include "cli/output_folder.h"
 #include "cli/progress_bar.h"
 #include "engine/folioscope.h"
 #include "engine/fs_communicator.h"
@@ -30,6 +33,7 @@ struct ReportOptions {
   std::string output;
   std::string module;
   std::string member;
+  bool force = false;
 };
 
 // The output folder as PlainPath: trailing separators dropped, since the
@@ -78,6 +82,7 @@ void RunReport(Host& host, const ReportOptions& o) {
     host.exit_status = kExitUsage;
     return;
   }
+  if (!ClaimOutputFolder(host, OutputFolder(o.output), o.force)) return;
   SourceProject& project = *read.project;
   CFolioscope report;
   report.Projekt = &project;
@@ -91,6 +96,7 @@ void RunReport(Host& host, const ReportOptions& o) {
     ProgressScope progress(host.options);
     report.SaveReport(save_mode);
   }
+  MarkReportFolder(report.PlainPath);
   if (!report.Ready()) {
     host.exit_status = kExitFailed;
     return;
@@ -115,6 +121,8 @@ void Setup(CLI::App& app, Host& host) {
       cmd->add_option("--module", options->module, "Write only this module's page");
   cmd->add_option("--member", options->member, "Write only this member's page (needs --module)")
       ->needs(module);
+  cmd->add_flag("--force", options->force,
+                "Write into DIR even when it holds files but no earlier report");
   cmd->callback([&host, options] { RunReport(host, *options); });
 }
 
