@@ -115,13 +115,19 @@ class Wine:
             err = err_file.read().decode("utf-8", "replace").replace("\r\n", "\n")
         return proc.returncode, out, err, elapsed
 
+    def server(self, option):
+        # The server outlives this script: it must not hold CTest's output
+        # pipe open, or CTest waits for it.
+        subprocess.run(["wineserver", option], env=self.env, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
     def keep_server(self):
         # One wineserver for all steps of the run instead of one start per
         # program (each start costs seconds); it ends 60 s after the last use.
-        subprocess.run(["wineserver", "-p60"], env=self.env)
+        self.server("-p60")
 
     def stop_server(self):
-        subprocess.run(["wineserver", "-k"], env=self.env, stderr=subprocess.DEVNULL)
+        self.server("-k")
 
 
 def wine32_installed():
@@ -215,7 +221,7 @@ def make_prefix(wine):
     shutil.rmtree(wine.prefix, ignore_errors=True)
     started = time.monotonic()
     rc, out, err, _ = wine.run(["wineboot", "--init"], timeout=600)
-    subprocess.run(["wineserver", "-w"], env=wine.env)
+    wine.server("-w")
     log(f"Wine prefix: created in {time.monotonic() - started:.1f} s ({wine.prefix})")
     if rc != 0:
         log(out + err)
