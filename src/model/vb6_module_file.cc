@@ -128,12 +128,14 @@ ModuleFile SplitModuleFile(const std::string& bytes) {
       if (StartsWithWord(trimmed, "VERSION") || IsObjectLine(trimmed)) return;
       if (StartsWithWord(trimmed, "BEGIN")) {
         depth = 1;
+        module.unclosed_begin_line = file_line;
         return;
       }
       in_header = false;
     }
     module.code_lines.push_back(CodeLine{std::string(line), file_line});
   });
+  if (depth == 0) module.unclosed_begin_line = 0;
   return module;
 }
 

@@ -34,6 +34,9 @@ struct ModuleFile {
   // Attribute Name.VB_Description / Name.VB_HelpID, keyed by the lower-case
   // procedure name.
   std::map<std::string, ProcedureAttributes> procedure_attributes;
+  // The physical line of the outermost Begin whose End never came (the
+  // rest of the file then counts as hidden header); 0 when all are closed.
+  int32_t unclosed_begin_line = 0;
 };
 
 // The physical lines of a text.

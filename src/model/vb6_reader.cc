@@ -159,6 +159,10 @@ ModuleReadResult ReadModuleFile(const std::string& path, const std::string& kind
   }
   ModuleFile file = SplitModuleFile(bytes);
   std::string().swap(bytes);  // the lines hold the text from here on
+  if (file.unclosed_begin_line > 0) {
+    result.diagnostics.push_back({path, file.unclosed_begin_line, DiagnosticSeverity::kWarning,
+                                  "Begin-Block ohne End, der Code danach wird nicht gelesen."});
+  }
   result.vb_name = file.vb_name;
   auto module = std::make_unique<SourceModule>();
   module->Name = file.vb_name.empty() ? name : file.vb_name;
@@ -195,6 +199,13 @@ ProjectReadResult ReadProject(const std::string& path) {
     if (!fs::is_regular_file(full_path, error)) {
       result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kWarning,
                                     "Moduldatei nicht gefunden, \xFC"
+                                    "bersprungen: " +
+                                        entry.relative_path});
+      continue;
+    }
+    if (fs::equivalent(full_path, path, error)) {
+      result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kWarning,
+                                    "Die Projektdatei ist als Modul eingetragen, \xFC"
                                     "bersprungen: " +
                                         entry.relative_path});
       continue;
