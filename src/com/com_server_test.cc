@@ -518,24 +518,42 @@ std::wstring ReadDefault(HKEY root, const std::wstring& path, const wchar_t* nam
   return value;
 }
 
+// Registers machine-wide, then for the current user only; each time the
+// class, its ProgID and the type library are found where they belong, and
+// unregistering removes them again.
 void CheckRegistration(Server& server, const std::wstring& dll) {
   const std::wstring clsid = L"CLSID\\{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}";
-  CHECK(server.register_server() == S_OK, "DllRegisterServer");
-  CHECK(ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32") == dll, "server path");
-  CHECK(ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32", L"ThreadingModel") ==
-            L"Apartment",
-        "apartment threaded");
-  CHECK(ReadDefault(HKEY_CLASSES_ROOT, L"VBFolioscope.CFSCommunicator\\CLSID") ==
-            L"{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}",
-        "ProgID");
-  ITypeLib* library = nullptr;
-  CHECK(SUCCEEDED(LoadRegTypeLib(LIBID_VBFolioscope, 1, 0, 0, &library)), "type library");
-  if (library != nullptr) library->Release();
-  CHECK(server.unregister_server() == S_OK, "DllUnregisterServer");
-  CHECK(ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32") == L"<missing>",
-        "class removed");
-  CHECK(ReadDefault(HKEY_CLASSES_ROOT, L"VBFolioscope.CFSCommunicator\\CLSID") == L"<missing>",
-        "ProgID removed");
+  const std::wstring progid = L"VBFolioscope.CFSCommunicator\\CLSID";
+  struct {
+    HKEY root;
+    const wchar_t* classes;
+    const wchar_t* per_user;
+  } places[] = {{HKEY_LOCAL_MACHINE, L"Software\\Classes\\", L""},
+                {HKEY_CURRENT_USER, L"Software\\Classes\\", L"1"}};
+  for (const auto& place : places) {
+    SetEnvironmentVariableW(L"FOLIOSCOPE_REGISTER_PER_USER", place.per_user);
+    const std::wstring base = place.classes;
+    CHECK(server.register_server() == S_OK, "DllRegisterServer");
+    CHECK(ReadDefault(place.root, base + clsid + L"\\InprocServer32") == dll, "server path");
+    CHECK(ReadDefault(place.root, base + clsid + L"\\InprocServer32", L"ThreadingModel") ==
+              L"Apartment",
+          "apartment threaded");
+    CHECK(ReadDefault(place.root, base + progid) == L"{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}",
+          "ProgID");
+    // Windows merges the user's classes into HKEY_CLASSES_ROOT; Wine shows
+    // only the machine's there.
+    CHECK(place.root != HKEY_LOCAL_MACHINE ||
+              ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32") == dll,
+          "seen through HKEY_CLASSES_ROOT");
+    ITypeLib* library = nullptr;
+    CHECK(SUCCEEDED(LoadRegTypeLib(LIBID_VBFolioscope, 1, 0, 0, &library)), "type library");
+    if (library != nullptr) library->Release();
+    CHECK(server.unregister_server() == S_OK, "DllUnregisterServer");
+    CHECK(ReadDefault(place.root, base + clsid + L"\\InprocServer32") == L"<missing>",
+          "class removed");
+    CHECK(ReadDefault(HKEY_CLASSES_ROOT, progid) == L"<missing>", "ProgID removed");
+  }
+  SetEnvironmentVariableW(L"FOLIOSCOPE_REGISTER_PER_USER", nullptr);
 }
 
 }  // namespace

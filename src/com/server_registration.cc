@@ -21,6 +21,7 @@ namespace {
 
 constexpr wchar_t kClassesKey[] = L"Software\\Classes";
 constexpr wchar_t kVersion[] = L"1.0";
+constexpr wchar_t kPerUserVariable[] = L"FOLIOSCOPE_REGISTER_PER_USER";
 
 std::wstring Widen(const std::string& ascii) { return std::wstring(ascii.begin(), ascii.end()); }
 
@@ -109,6 +110,12 @@ HRESULT LoadOwnTypeLibrary(const std::wstring& dll, ITypeLib** library) {
   return LoadTypeLibEx(dll.c_str(), REGKIND_NONE, library);
 }
 
+bool RegisterForUserOnly() {
+  wchar_t value[8] = {};
+  const DWORD n = GetEnvironmentVariableW(kPerUserVariable, value, 8);
+  return n > 0 && n < 8 && std::wstring(value) == L"1";
+}
+
 SYSKIND OwnSysKind() { return sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32; }
 
 }  // namespace
@@ -128,9 +135,9 @@ HRESULT RegisterServer() {
   const std::wstring libid = GuidText(attributes->guid);
   library->ReleaseTLibAttr(attributes);
 
-  bool per_user = false;
+  bool per_user = RegisterForUserOnly();
   LONG status = ERROR_ACCESS_DENIED;
-  {
+  if (!per_user) {
     Key machine;
     status = OpenClasses(HKEY_LOCAL_MACHINE, &machine);
     if (status == ERROR_SUCCESS) status = WriteAllClasses(machine.get(), dll, libid);

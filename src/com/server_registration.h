@@ -7,7 +7,9 @@
 // Registration goes machine-wide (HKEY_LOCAL_MACHINE\Software\Classes,
 // what HKEY_CLASSES_ROOT shows) when the caller may write there, else to
 // the current user's HKEY_CURRENT_USER\Software\Classes, so that a user
-// without administrator rights can register the server for himself.
+// without administrator rights can register the server for himself. An
+// administrator asks for the per-user place with the environment variable
+// FOLIOSCOPE_REGISTER_PER_USER=1.
 // Unregistration removes the keys from both places.
 #ifndef FOLIOSCOPE_COM_SERVER_REGISTRATION_H_
 #define FOLIOSCOPE_COM_SERVER_REGISTRATION_H_
