@@ -42,11 +42,12 @@ CheckContains ReadText(OutFolder & "\dialogs.log"), "ErrorDialog", _
 ' Nothing as the project: SaveReport writes nothing, the pages are empty.
 Set report.Projekt = Nothing
 CheckNoComError "Set Projekt = Nothing"
+report.PlainPath = OutFolder & "\"
 report.FolderName = "nothing"
 mode = 0
 status = report.SaveReport(mode)
 Neutral status, 0, "SaveReport with Nothing as project"
-Check Not Fso.FileExists(OutFolder & "\nothing\_Index.htm"), "no report without a project"
+Check Not Fso.FolderExists(OutFolder & "\nothing"), "no report without a project"
 page = report.GetProjektSite()
 Neutral page, "", "GetProjektSite with Nothing as project"
 
