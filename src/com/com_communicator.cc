@@ -100,6 +100,19 @@ class ByRefText {
   BSTR bstr_;
 };
 
+// Keeps an object alive for a scope: an event handler may drop the last
+// reference of the communicator that is raising the event.
+class Hold {
+ public:
+  explicit Hold(IUnknown* object) : object_(object) { object_->AddRef(); }
+  Hold(const Hold&) = delete;
+  Hold& operator=(const Hold&) = delete;
+  ~Hold() { object_->Release(); }
+
+ private:
+  IUnknown* object_;
+};
+
 }  // namespace
 
 // --- ComFSCommunicator ---------------------------------------------------------
@@ -126,7 +139,11 @@ void* ComFSCommunicator::QueryFurtherInterface(REFIID riid) {
 
 HRESULT ComFSCommunicator::AddLog(BSTR* Desc, LONG* IconIndex) {
   if (Desc == nullptr || IconIndex == nullptr) return E_POINTER;
-  return Guarded([&] { channel_->AddLog(FromBstr(*Desc), static_cast<int32_t>(*IconIndex)); });
+  return Guarded([&] {
+    // A handler may drop us; the channel must outlive its own AddLog.
+    const std::shared_ptr<CFSCommunicator> channel = channel_;
+    channel->AddLog(FromBstr(*Desc), static_cast<int32_t>(*IconIndex));
+  });
 }
 
 HRESULT ComFSCommunicator::EnumConnectionPoints(IEnumConnectionPoints** points) {
@@ -149,6 +166,7 @@ HRESULT ComFSCommunicator::FindConnectionPoint(REFIID riid, IConnectionPoint** p
 }
 
 void ComFSCommunicator::Message(std::string& Desc, int32_t& IconIndex) {
+  const Hold alive(static_cast<_CFSCommunicator*>(this));
   ByRefText desc(Desc);
   LONG icon = IconIndex;
   VARIANTARG args[2] = {ByRef(VT_I4, &icon), ByRef(VT_BSTR, desc.address())};
@@ -158,6 +176,7 @@ void ComFSCommunicator::Message(std::string& Desc, int32_t& IconIndex) {
 }
 
 void ComFSCommunicator::OnReportStart(int32_t& Count) {
+  const Hold alive(static_cast<_CFSCommunicator*>(this));
   LONG count = Count;
   VARIANTARG args[1] = {ByRef(VT_I4, &count)};
   point_.Fire(kDispidOnReportStart, args, 1);
@@ -166,6 +185,7 @@ void ComFSCommunicator::OnReportStart(int32_t& Count) {
 
 void ComFSCommunicator::OnReportWorks(int32_t& CurrentValue, std::string& Description,
                                       bool& StdPraefix) {
+  const Hold alive(static_cast<_CFSCommunicator*>(this));
   LONG current = CurrentValue;
   ByRefText description(Description);
   VARIANT_BOOL praefix = ToVariantBool(StdPraefix);

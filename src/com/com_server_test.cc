@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "VBFolioscope.h"
@@ -170,6 +171,8 @@ struct Event {
 class Sink final : public IDispatch {
  public:
   std::vector<Event> events;
+  // Released by the next event's handler (a handler dropping its source).
+  IUnknown* release_on_event = nullptr;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
     if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) ||
@@ -211,6 +214,7 @@ class Sink final : public IDispatch {
       }
     }
     events.push_back(e);
+    if (release_on_event != nullptr) std::exchange(release_on_event, nullptr)->Release();
     return S_OK;
   }
 
@@ -423,8 +427,17 @@ void CheckEvents(Server& server) {
   Call(dispatch, 0x60030000, DISPATCH_METHOD, {Text("zwei"), Long(1)}, &r);
   CHECK(by_events.events.size() == 1 && by_dispatch.events.size() == 2, "Unadvise");
   Disconnect(communicator, second);
-  dispatch->Release();
+
+  // A handler that drops the last reference of the communicator raising
+  // the event: the event completes, then the communicator ends.
   communicator->Release();
+  by_dispatch.release_on_event = dispatch;
+  Connect(dispatch, &by_dispatch, IID_IDispatch);
+  const HRESULT alive_check = server.can_unload_now();
+  Call(dispatch, 0x60030000, DISPATCH_METHOD, {Text("drei"), Long(1)}, &r);
+  CHECK(alive_check == S_FALSE && r.hr == S_OK && by_dispatch.events.size() == 3,
+        "the last event of a dropped communicator");
+  CHECK(server.can_unload_now() == S_OK, "the communicator ended after its event");
 }
 
 // The component's own messages go to the communicator registered last, and
