@@ -103,14 +103,5 @@ TEST_F(ResolveInsideTest, RefusesEveryWayOut) {
   EXPECT_FALSE(fs::exists(root_ / "outside" / "planted.txt"));
 }
 
-TEST(PathGuard, PrintableNames) {
-  EXPECT_EQ(PrintableName("a\0b\r\n"s), "a?b??");
-  EXPECT_EQ(PrintableName(std::string(130, 'x')), std::string(120, 'x') + "...");
-  EXPECT_EQ(PrintableName("\xFC"
-                          "ber"),
-            "\xFC"
-            "ber");
-}
-
 }  // namespace
 }  // namespace folioscope
