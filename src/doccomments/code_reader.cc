@@ -32,7 +32,10 @@ int32_t CCode::GetCode(SourceMember& MemberContent) {
     working_lines_.RemoveAll();
     CCodeFormat format;
     if (vb::LCase(MemberContent.Name) == "header") return;
-    doccomments::CopyCodeLines(MemberContent.CodeLines, working_lines_);
+    // Without a tag line both scans find nothing and the call ends there.
+    if (!doccomments::CopyCodeLinesIfTagged(MemberContent.CodeLines, working_lines_, kCodeOpen,
+                                            kCodeClose))
+      return;
     const int32_t b = GetCodeBegin();
     const int32_t e = GetCodeEnd();
     if (b > 0 && e == 0) return ReportMissingTag("schlie\337endes");

@@ -31,7 +31,12 @@ int32_t CParam::GetParam(SourceMember& MemberContent) {
     end_from_ = 0;
     first_parameter_.clear();
     if (vb::LCase(MemberContent.Name) == "header") return;
-    doccomments::CopyCodeLines(MemberContent.CodeLines, working_lines_);
+    // Without a tag line the first pass finds nothing and the call ends.
+    if (!doccomments::CopyCodeLinesIfTagged(MemberContent.CodeLines, working_lines_, kParamOpen,
+                                            kParamClose)) {
+      content_.clear();
+      return;
+    }
     for (;;) {
       content_.clear();
       int32_t b = GetParamBegin();

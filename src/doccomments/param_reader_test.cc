@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "doccomments/code_reader.h"
 #include "doccomments/reader_test_support.h"
 
 namespace folioscope {
@@ -133,6 +134,28 @@ TEST_F(ParamReader, MemberLinesStayUntouchedExceptKeyZero) {
   EXPECT_EQ(m->CodeLines.Count(), 2);
   EXPECT_EQ(m->CodeLines.Item(1), lines[0]);
   EXPECT_EQ(reader.ParamContent(), "");  // the last pass found no block
+}
+
+// Once an earlier reader added key 0, a member's Count covers a key past
+// its last line: copying the lines adds that key too, whether or not the
+// member holds any tag (readers that skip tag-less members must keep this).
+TEST_F(ParamReader, CopyingAMemberReadBeforeAddsTheKeyPastItsEnd) {
+  for (const Lines& lines : {Lines{"'/// <param name=\"a\">A</param>", "Sub S(a)"},
+                             Lines{"'/// <summary>s</summary>", "Sub S(a)"}}) {
+    auto for_param = MakeMember(lines);
+    AddParameter(*for_param, "a");
+    for_param->CodeLines.Item(0);
+    CParam reader;
+    reader.GetParam(*for_param);
+    EXPECT_EQ(for_param->CodeLines.Count(), 4) << lines[0];
+    EXPECT_EQ(reader.ParamContent(), "");
+
+    auto for_code = MakeMember(lines);
+    for_code->CodeLines.Item(0);
+    CCode code;
+    code.GetCode(*for_code);
+    EXPECT_EQ(for_code->CodeLines.Count(), 4) << lines[0];
+  }
 }
 
 // Members with many parameters: the first parameter of a name gets the

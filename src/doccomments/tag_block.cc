@@ -93,6 +93,23 @@ void CopyCodeLines(vb::Dictionary& from, vb::Dictionary& to) {
   for (int32_t i = 1; i <= n; ++i) to.Add(i, from.Item(i));
 }
 
+bool CopyCodeLinesIfTagged(vb::Dictionary& from, vb::Dictionary& to, std::string_view open,
+                           std::string_view close) {
+  const int32_t n = from.Count();
+  bool tagged = false;
+  for (int32_t i = 1; i <= n; ++i) {
+    const std::string& line = from.Item(i);
+    if (tagged || !IsDocumentationLine(line)) continue;
+    const std::string lower = vb::LCase(line);
+    tagged = vb::InStr(lower, open) > 0 || vb::InStr(lower, close) > 0;
+  }
+  // The first pass added any absent key, so these reads change nothing.
+  if (tagged) {
+    for (int32_t i = 1; i <= n; ++i) to.Add(i, from.Item(i));
+  }
+  return tagged;
+}
+
 // Windows-1252 texts: \xFC is u-umlaut; \337 (sharp s) and \366 (o-umlaut) are octal
 // because a hex escape would swallow the letters that follow.
 void ReportBlockScan(const TagPair& tags, const std::string& member_name, int32_t b, int32_t e,

@@ -74,6 +74,13 @@ void JoinBlockWithBlanks(vb::Dictionary& lines, int32_t b, int32_t e, std::strin
 
 // Copies keys 1 .. Count of `from` into the empty `to`.
 void CopyCodeLines(vb::Dictionary& from, vb::Dictionary& to);
+// CopyCodeLines for a reader whose scans look for `open` and `close` only:
+// copies and returns true when one of the lines is a documentation line
+// holding either tag; otherwise copies nothing (every scan of the copy would
+// find nothing) and returns false. `from` is read as CopyCodeLines reads it,
+// absent keys included.
+bool CopyCodeLinesIfTagged(vb::Dictionary& from, vb::Dictionary& to, std::string_view open,
+                           std::string_view close);
 
 // The messages after a block scan of `member_name`: success (diagnostic mode
 // only) when both tags were found, else the missing closing or opening tag.
