@@ -63,8 +63,11 @@ std::vector<std::string_view> SplitAtSeparators(std::string_view relative) {
   return parts;
 }
 
+// The folder without separators at its end, but a root ("/", "C:\\") kept
+// whole: "C:" alone would be the current folder of drive C.
 fs::path WithoutTrailingSeparators(std::string base) {
-  while (base.size() > 1 && IsSeparator(base.back())) base.pop_back();
+  auto is_root = [&] { return base.size() == 1 || (base.size() == 3 && base[1] == ':'); };
+  while (base.size() > 1 && IsSeparator(base.back()) && !is_root()) base.pop_back();
   return fs::path(base.empty() ? std::string(".") : NativePath(base));
 }
 
