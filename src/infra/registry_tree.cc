@@ -1,6 +1,7 @@
 #include "infra/registry_tree.h"
 
 #include <cctype>
+#include <string_view>
 
 namespace folioscope {
 
@@ -15,6 +16,16 @@ bool EqualsIgnoreCase(const std::string& a, const std::string& b) {
 }
 
 namespace {
+
+bool SameNameIgnoringCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i) {
+    if (std::tolower(static_cast<unsigned char>(a[i])) !=
+        std::tolower(static_cast<unsigned char>(b[i])))
+      return false;
+  }
+  return true;
+}
 
 std::vector<std::string> PathParts(const std::string& path) {
   std::vector<std::string> parts;
@@ -107,13 +118,29 @@ RegistryTree::Node* RegistryTree::MutableRoot(uint32_t root) {
   return slot.get();
 }
 
+// Lookups walk the path in place: a settings read makes several of them,
+// and the parts need no copies to be compared.
 RegistryTree::Node* RegistryTree::Find(uint32_t root, const std::string& path) {
   auto it = roots_.find(root);
   if (it == roots_.end()) return nullptr;
   Node* node = it->second.get();
-  for (const auto& part : PathParts(path)) {
-    node = Child(node, part);
-    if (!node) return nullptr;
+  const std::string_view rest(path);
+  size_t start = 0;
+  while (start <= rest.size()) {
+    size_t end = rest.find('\\', start);
+    if (end == std::string_view::npos) end = rest.size();
+    const std::string_view part = rest.substr(start, end - start);
+    start = end + 1;
+    if (part.empty()) continue;
+    Node* next = nullptr;
+    for (auto& c : node->children) {
+      if (SameNameIgnoringCase(c->name, part)) {
+        next = c.get();
+        break;
+      }
+    }
+    if (!next) return nullptr;
+    node = next;
   }
   return node;
 }
