@@ -56,7 +56,9 @@ class DispatchObject : public I,
                        public ComObjectRoot {
  public:
   // `iid` is the IID of I (a widl IID_ constant, which outlives the object);
-  // `class_name` names the class in error sources ("VBFolioscope.<name>").
+  // `class_name` names the class: in error sources ("VBFolioscope.<name>")
+  // and as the coclass that IProvideClassInfo hands out. Objects of classes
+  // without a coclass of that name do not offer IProvideClassInfo.
   DispatchObject(const IID& iid, const char* class_name) : iid_(iid), class_name_(class_name) {
     ObjectCreated();
   }
@@ -72,8 +74,9 @@ class DispatchObject : public I,
       *object = static_cast<I*>(this);
     } else if (IsEqualIID(riid, IID_ISupportErrorInfo)) {
       *object = static_cast<ISupportErrorInfo*>(this);
-    } else if (IsEqualIID(riid, IID_IProvideClassInfo) ||
-               IsEqualIID(riid, IID_IProvideClassInfo2)) {
+    } else if ((IsEqualIID(riid, IID_IProvideClassInfo) ||
+                IsEqualIID(riid, IID_IProvideClassInfo2)) &&
+               HasCoclass()) {
       *object = static_cast<IProvideClassInfo2*>(this);
     } else if (IsEqualIID(riid, kIidComObjectRoot)) {
       *object = static_cast<ComObjectRoot*>(this);
@@ -166,6 +169,15 @@ class DispatchObject : public I,
   }
 
  private:
+  bool HasCoclass() {
+    if (has_coclass_ < 0) {
+      ITypeInfo* info = nullptr;
+      has_coclass_ = SUCCEEDED(CoclassInfoOf(class_name_, &info)) ? 1 : 0;
+      if (info != nullptr) info->Release();
+    }
+    return has_coclass_ == 1;
+  }
+
   // The type-info dispatcher leaves the description to the caller's error
   // object on some systems; copy it into EXCEPINFO so late-bound callers see
   // the component's text.
@@ -181,6 +193,7 @@ class DispatchObject : public I,
   std::atomic<ULONG> references_{1};
   const IID& iid_;
   const char* class_name_;
+  int has_coclass_ = -1;  // unknown until first asked
 };
 
 }  // namespace folioscope::com
