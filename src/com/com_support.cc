@@ -31,6 +31,8 @@ std::string FromBstr(BSTR text) {
 }
 
 BSTR ToBstr(const std::string& text) {
+  // A BSTR holds at most 2^31 - 1 bytes of UTF-16.
+  if (text.size() > 0x3FFFFFFF) vb::Raise(vb::kOutOfMemory);
   const int length = static_cast<int>(text.size());
   const int wide_length =
       length == 0 ? 0 : MultiByteToWideChar(kCodePage, 0, text.data(), length, nullptr, 0);
