@@ -499,6 +499,84 @@ void CheckChannel(Server& server) {
   b->Release();
 }
 
+// Sets a value of the report settings for a scope and puts the old one back.
+class ScopedReportSetting {
+ public:
+  ScopedReportSetting(const wchar_t* name, const wchar_t* value) : name_(name) {
+    RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key_,
+                    nullptr);
+    wchar_t old[MAX_PATH] = {};
+    DWORD size = sizeof(old);
+    had_value_ = RegQueryValueExW(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(old),
+                                  &size) == ERROR_SUCCESS;
+    old_ = old;
+    Set(value);
+  }
+  ScopedReportSetting(const ScopedReportSetting&) = delete;
+  ScopedReportSetting& operator=(const ScopedReportSetting&) = delete;
+  ~ScopedReportSetting() {
+    if (had_value_) {
+      Set(old_.c_str());
+    } else {
+      RegDeleteValueW(key_, name_);
+    }
+    RegCloseKey(key_);
+  }
+
+ private:
+  static constexpr const wchar_t* kKey = L"Software\\Quillon\\Config\\CurrentReport";
+  void Set(const wchar_t* value) {
+    RegSetValueExW(key_, name_, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+                   static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
+  }
+  const wchar_t* name_;
+  HKEY key_ = nullptr;
+  bool had_value_ = false;
+  std::wstring old_;
+};
+
+// With no report set chosen the templates stay unloaded (silently); the
+// dictionaries are still Scripting.Dictionary objects, read as the same
+// object each time until another is assigned, and DDMemberUnten can be set.
+void CheckRessource(Server& server) {
+  const ScopedReportSetting no_set(L"ReportPath", L"");
+  IDispatch* ressource = server.Create<IDispatch>(CLSID_CRessource, IID_IDispatch);
+  CHECK(ressource != nullptr, "CRessource creatable");
+  if (ressource == nullptr) return;
+  CallResult ready;
+  Call(ressource, IdOf(ressource, L"Ready"), DISPATCH_PROPERTYGET, {}, &ready);
+  CHECK(V_VT(&ready.value) == VT_BOOL && V_BOOL(&ready.value) == VARIANT_FALSE,
+        "not ready without a chosen set");
+
+  const DISPID place_holder = IdOf(ressource, L"PlaceHolder");
+  CallResult first;
+  CallResult second;
+  Call(ressource, place_holder, DISPATCH_PROPERTYGET, {}, &first);
+  Call(ressource, place_holder, DISPATCH_PROPERTYGET, {}, &second);
+  CHECK(V_VT(&first.value) == VT_DISPATCH && V_DISPATCH(&first.value) != nullptr &&
+            V_DISPATCH(&first.value) == V_DISPATCH(&second.value),
+        "one dictionary object");
+  IDispatch* other = server.Create<IDispatch>(CLSID_CLanguage, IID_IDispatch);
+  CallResult assigned;
+  Call(ressource, place_holder, DISPATCH_PROPERTYPUTREF, {Object(other)}, &assigned);
+  CallResult after;
+  Call(ressource, place_holder, DISPATCH_PROPERTYGET, {}, &after);
+  CHECK(
+      assigned.hr == S_OK && V_VT(&after.value) == VT_DISPATCH && V_DISPATCH(&after.value) == other,
+      "an assigned object replaces the dictionary");
+  other->Release();
+
+  const DISPID member_bottom = IdOf(ressource, L"DDMemberUnten");
+  CallResult put;
+  Call(ressource, member_bottom, DISPATCH_PROPERTYPUT, {Text("</table>\xE4")}, &put);
+  CallResult get;
+  Call(ressource, member_bottom, DISPATCH_PROPERTYGET, {}, &get);
+  CHECK(put.hr == S_OK && V_VT(&get.value) == VT_BSTR &&
+            FromBstr(V_BSTR(&get.value)) == "</table>\xE4",
+        "DDMemberUnten let and get");
+  ressource->Release();
+}
+
 void CheckUnloading(Server& server) {
   CHECK(server.can_unload_now() == S_OK, "nothing alive");
   IUnknown* object = server.Create<IUnknown>(CLSID_CLanguage, IID_IUnknown);
@@ -606,6 +684,7 @@ int main(int argc, char** argv) {
   CheckCatalogue(server);
   CheckEvents(server);
   CheckChannel(server);
+  CheckRessource(server);
   CheckUnloading(server);
   if (argc > 2 && std::string(argv[2]) == "--registration") CheckRegistration(server, copy);
 
