@@ -13,7 +13,8 @@ that each check is its own CTest test:
   events   runs the Windows event client (progress events through
            connection points);
   readme   runs the VBScript example of README.md;
-  cleanup  unregisters the DLL and checks that its classes are gone.
+  cleanup  unregisters the DLL and checks that its classes are gone, then
+           registers it for the current user only and unregisters again.
 
 Exit status 77 means "skipped" (no Wine, or no cross-built DLL).
 """
@@ -21,6 +22,7 @@ Exit status 77 means "skipped" (no Wine, or no cross-built DLL).
 import argparse
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -474,20 +476,54 @@ def run_events(args):
     return finish("events", faults, elapsed)
 
 
+MACHINE_KEY = "HKLM\\Software\\Classes\\VBFolioscope.CFolioscope"
+USER_KEY = "HKCU\\Software\\Classes\\VBFolioscope.CFolioscope"
+
+
+def registered(wine, key):
+    rc, _, _, _ = wine.run(["reg", "query", key])
+    return rc == 0
+
+
 def cleanup(args):
+    """Unregisters the DLL; then registers it for the current user only (as
+    for a user who is no administrator) and unregisters again."""
     state = checked_state(args.work)
     if state is None:
         return SKIP
     wine = Wine(args.work, state["arch"])
+    started = time.monotonic()
     dll = windows_path(os.path.join(state["app"], "VBFolioscope.dll"))
-    rc, out, err, elapsed = wine.run([wine.regsvr32, "/u", "/s", dll])
-    faults = [] if rc == 0 else [f"regsvr32 /u exit status {rc}\n{out}{err}"]
-    for key in ("HKCR\\VBFolioscope.CFolioscope", "HKCU\\Software\\Classes\\VBFolioscope.CFolioscope"):
-        left, _, _, _ = wine.run(["reg", "query", key])
-        if left == 0:
+    faults = []
+    rc, out, err, _ = wine.run([wine.regsvr32, "/u", "/s", dll])
+    if rc != 0:
+        faults.append(f"regsvr32 /u exit status {rc}\n{out}{err}")
+    for key in (MACHINE_KEY, USER_KEY):
+        if registered(wine, key):
             faults.append("still registered after regsvr32 /u: " + key)
+
+    wine.env["FOLIOSCOPE_REGISTER_PER_USER"] = "1"
+    rc, out, err, _ = wine.run([wine.regsvr32, "/s", dll])
+    del wine.env["FOLIOSCOPE_REGISTER_PER_USER"]
+    if rc != 0 or not registered(wine, USER_KEY) or registered(wine, MACHINE_KEY):
+        faults.append(f"no registration for the current user only (regsvr32 exit status {rc})")
+    # Wine 8 does not merge HKCU\Software\Classes into HKEY_CLASSES_ROOT, so
+    # no object can be created through this registration there; the keys are
+    # checked instead.
+    _, out, _, _ = wine.run(["reg", "query", USER_KEY + "\\CLSID"])
+    clsid = re.search(r"\{[0-9A-Fa-f-]{36}\}", out)
+    server = ""
+    if clsid:
+        _, server, _, _ = wine.run(["reg", "query", "HKCU\\Software\\Classes\\CLSID\\" +
+                                    clsid.group(0) + "\\InprocServer32"])
+    if dll not in server or "Apartment" not in server:
+        faults.append("the per-user class has no InprocServer32 with the DLL, apartment-threaded:\n"
+                      + server)
+    rc, out, err, _ = wine.run([wine.regsvr32, "/u", "/s", dll])
+    if rc != 0 or registered(wine, USER_KEY):
+        faults.append(f"the per-user registration stays after regsvr32 /u (exit status {rc})")
     wine.stop_server()
-    return finish("unregister", faults, elapsed)
+    return finish("unregister", faults, time.monotonic() - started)
 
 
 def finish(name, faults, elapsed):
