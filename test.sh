@@ -16,6 +16,8 @@ for preset in mingw-i686 mingw-x86_64; do
   cmake --build --preset "$preset" -j "$jobs"
 done
 ctest --test-dir build -j "$jobs" --output-on-failure
+# The COM server's own test programs, Windows programs run under Wine.
+ctest --test-dir build/mingw-x86_64 --output-on-failure
 cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFOLIOSCOPE_SANITIZE=ON
 cmake --build build-asan -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan -j "$jobs" --output-on-failure
