@@ -389,8 +389,13 @@ void Run(const wchar_t* project_path, const wchar_t* output) {
   Invoke(report, L"FolderName", DISPATCH_PROPERTYPUT, {&chm_folder.v}, nullptr);
   VARIANT chm_mode_ref = ByRef(chm_mode);
   Invoke(report, L"SaveCHMReportSystem", DISPATCH_METHOD, {&chm_mode_ref}, &chm_status);
+  // The whole text, with its u-umlaut: the event carries Windows-1252 text
+  // as UTF-16.
   Check(HasMessage(second.events,
-                   L"Die Datei 'hhc.exe' konnte nicht im Anwendungsordner gefunden werden. ", 3),
+                   L"Die Datei 'hhc.exe' konnte nicht im Anwendungsordner gefunden werden. "
+                   L"Diese ist f\u00fcr die Erstellung von CHM-Dateien unbedingt erforderlich. "
+                   L"Der Web-Report konnte nicht kompiliert werden.",
+                   3),
         L"the missing hhc.exe is reported through Message with icon 3");
   Check(sink.events.empty(), L"after the second registration the first communicator is silent");
 

@@ -35,10 +35,6 @@ DONE_MARKER = "wine-test-done"
 # cscript itself still exits with status 0.
 SCRIPT_ERROR_MARKERS = ("OnScriptError", "ParseScriptText failed", "parser_error")
 
-# The settings of both runs. Every value is written explicitly: the Linux host
-# fills in defaults that a fresh Windows registry does not hold. The title has
-# characters outside ASCII, so the registry's code-page handling is compared
-# as well.
 # The preview pages compared by test_pages.vbs: file, kind, module, member.
 PREVIEW_PAGES = [
     ("Projekt.htm", "project", "CKonto", "Buchen"),
@@ -46,6 +42,10 @@ PREVIEW_PAGES = [
     ("CKonto_Buchen.htm", "member", "CKonto", "Buchen"),
 ]
 
+# The settings of both runs. Every value is written explicitly: the Linux host
+# fills in defaults that a fresh Windows registry does not hold. The title has
+# characters outside ASCII, so the registry's code-page handling is compared
+# as well.
 SETTINGS = [
     ("ReportPath", "Standard"),
     ("ReportLanguage", "Deutsch"),
@@ -113,7 +113,8 @@ class Wine:
             elapsed = time.monotonic() - started
             out_file.seek(0)
             err_file.seek(0)
-            out = out_file.read().decode("utf-8", "replace").replace("\r\n", "\n")
+            # Programs write the ANSI code page (1252) into a file.
+            out = out_file.read().decode("cp1252", "replace").replace("\r\n", "\n")
             err = err_file.read().decode("utf-8", "replace").replace("\r\n", "\n")
         return proc.returncode, out, err, elapsed
 
