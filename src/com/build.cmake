@@ -81,4 +81,14 @@ target_link_libraries(com_server_test PRIVATE folioscope_component ole32 oleaut3
                                               shell32 user32)
 target_link_options(com_server_test PRIVATE -static -static-libgcc -static-libstdc++)
 add_dependencies(com_server_test VBFolioscope)
+find_program(FOLIOSCOPE_WINE wine)
+if(FOLIOSCOPE_WINE AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+  enable_testing()
+  add_test(NAME com_server_test COMMAND ${FOLIOSCOPE_WINE} $<TARGET_FILE:com_server_test>
+                                        $<TARGET_FILE:VBFolioscope>)
+  set_tests_properties(com_server_test PROPERTIES
+                       ENVIRONMENT "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEDEBUG=-all"
+                       TIMEOUT 300)
+endif()
 include(${FS_COM_DIR}/com_model_tests.cmake)
+include(${FS_COM_DIR}/report_classes_tests.cmake)

@@ -14,10 +14,10 @@
 
 #include "VBFolioscope.h"
 #include "com/bridged_call.h"
+#include "com/dispatch_object.h"
 #include "com/class_table.h"
 #include "com/com_model.h"
 #include "com/com_support.h"
-#include "com/variant_references.h"
 #include "format/code_format.h"
 
 namespace folioscope::com {
@@ -25,9 +25,9 @@ namespace {
 
 constexpr char kClass[] = "CCodeFormat";
 
-class ComCodeFormat final : public ScriptDispatchObject<_CCodeFormat> {
+class ComCodeFormat final : public DispatchObject<_CCodeFormat> {
  public:
-  ComCodeFormat() : ScriptDispatchObject<_CCodeFormat>(IID__CCodeFormat, kClass) {
+  ComCodeFormat() : DispatchObject<_CCodeFormat>(IID__CCodeFormat, kClass) {
     EnsurePlatform();
     format_ = std::make_unique<CCodeFormat>();
   }

@@ -18,10 +18,10 @@
 
 #include "VBFolioscope.h"
 #include "com/bridged_call.h"
+#include "com/dispatch_object.h"
 #include "com/class_table.h"
 #include "com/com_model.h"
 #include "com/com_support.h"
-#include "com/variant_references.h"
 #include "engine/folioscope.h"
 
 namespace folioscope::com {
@@ -29,9 +29,9 @@ namespace {
 
 constexpr char kClass[] = "CFolioscope";
 
-class ComFolioscope final : public ScriptDispatchObject<_CFolioscope> {
+class ComFolioscope final : public DispatchObject<_CFolioscope> {
  public:
-  ComFolioscope() : ScriptDispatchObject<_CFolioscope>(IID__CFolioscope, kClass) {
+  ComFolioscope() : DispatchObject<_CFolioscope>(IID__CFolioscope, kClass) {
     EnsurePlatform();
     report_ = std::make_unique<CFolioscope>();
   }

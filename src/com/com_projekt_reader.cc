@@ -11,7 +11,6 @@
 #include "com/com_support.h"
 #include "com/dispatch_object.h"
 #include "com/model_objects.h"
-#include "com/variant_references.h"
 #include "infra/file_system.h"
 #include "model/vb6_reader.h"
 
@@ -19,11 +18,11 @@ namespace folioscope::com {
 namespace {
 
 // A script passes the path as a variable (a reference to a VARIANT), which
-// the by-reference BSTR parameter of Open takes through ScriptDispatchObject.
-class ComProjektReader final : public ScriptDispatchObject<_CProjektReader> {
+// the by-reference BSTR parameter of Open takes through DispatchObject.
+class ComProjektReader final : public DispatchObject<_CProjektReader> {
  public:
   static constexpr char kClass[] = "CProjektReader";
-  ComProjektReader() : ScriptDispatchObject<_CProjektReader>(IID__CProjektReader, kClass) {
+  ComProjektReader() : DispatchObject<_CProjektReader>(IID__CProjektReader, kClass) {
     EnsurePlatform();
   }
 

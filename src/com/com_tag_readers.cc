@@ -15,10 +15,10 @@
 
 #include "VBFolioscope.h"
 #include "com/bridged_call.h"
+#include "com/dispatch_object.h"
 #include "com/class_table.h"
 #include "com/com_model.h"
 #include "com/com_support.h"
-#include "com/variant_references.h"
 #include "doccomments/code_reader.h"
 #include "doccomments/param_reader.h"
 #include "doccomments/tag_readers.h"
@@ -48,10 +48,10 @@ struct PlatformFirst {
   PlatformFirst() { EnsurePlatform(); }
 };
 
-class ComSummary final : public ScriptDispatchObject<_CSummary>, private PlatformFirst {
+class ComSummary final : public DispatchObject<_CSummary>, private PlatformFirst {
  public:
   static constexpr char kClass[] = "CSummary";
-  ComSummary() : ScriptDispatchObject<_CSummary>(IID__CSummary, kClass) {}
+  ComSummary() : DispatchObject<_CSummary>(IID__CSummary, kClass) {}
 
   HRESULT STDMETHODCALLTYPE get_SumaryContent(BSTR* value) override {
     return GetText(kClass, reader_.SumaryContent(), value);
@@ -65,10 +65,10 @@ class ComSummary final : public ScriptDispatchObject<_CSummary>, private Platfor
   CSummary reader_;
 };
 
-class ComRemarks final : public ScriptDispatchObject<_CRemarks>, private PlatformFirst {
+class ComRemarks final : public DispatchObject<_CRemarks>, private PlatformFirst {
  public:
   static constexpr char kClass[] = "CRemarks";
-  ComRemarks() : ScriptDispatchObject<_CRemarks>(IID__CRemarks, kClass) {}
+  ComRemarks() : DispatchObject<_CRemarks>(IID__CRemarks, kClass) {}
 
   HRESULT STDMETHODCALLTYPE get_RemarksContent(BSTR* value) override {
     return GetText(kClass, reader_.RemarksContent(), value);
@@ -82,10 +82,10 @@ class ComRemarks final : public ScriptDispatchObject<_CRemarks>, private Platfor
   CRemarks reader_;
 };
 
-class ComReturns final : public ScriptDispatchObject<_CReturns>, private PlatformFirst {
+class ComReturns final : public DispatchObject<_CReturns>, private PlatformFirst {
  public:
   static constexpr char kClass[] = "CReturns";
-  ComReturns() : ScriptDispatchObject<_CReturns>(IID__CReturns, kClass) {}
+  ComReturns() : DispatchObject<_CReturns>(IID__CReturns, kClass) {}
 
   HRESULT STDMETHODCALLTYPE get_ReturnsContent(BSTR* value) override {
     return GetText(kClass, reader_.ReturnsContent(), value);
@@ -99,10 +99,10 @@ class ComReturns final : public ScriptDispatchObject<_CReturns>, private Platfor
   CReturns reader_;
 };
 
-class ComParam final : public ScriptDispatchObject<_CParam>, private PlatformFirst {
+class ComParam final : public DispatchObject<_CParam>, private PlatformFirst {
  public:
   static constexpr char kClass[] = "CParam";
-  ComParam() : ScriptDispatchObject<_CParam>(IID__CParam, kClass) {}
+  ComParam() : DispatchObject<_CParam>(IID__CParam, kClass) {}
 
   HRESULT STDMETHODCALLTYPE get_ParamContent(BSTR* value) override {
     return GetText(kClass, reader_.ParamContent(), value);
@@ -116,10 +116,10 @@ class ComParam final : public ScriptDispatchObject<_CParam>, private PlatformFir
   CParam reader_;
 };
 
-class ComCode final : public ScriptDispatchObject<_CCode>, private PlatformFirst {
+class ComCode final : public DispatchObject<_CCode>, private PlatformFirst {
  public:
   static constexpr char kClass[] = "CCode";
-  ComCode() : ScriptDispatchObject<_CCode>(IID__CCode, kClass) {}
+  ComCode() : DispatchObject<_CCode>(IID__CCode, kClass) {}
 
   HRESULT STDMETHODCALLTYPE put_GetAsPraeformated(VARIANT_BOOL value) override {
     reader_.SetGetAsPraeformated(FromVariantBool(value));

@@ -20,6 +20,7 @@
 #include <atomic>
 
 #include "com/com_support.h"
+#include "com/variant_references.h"
 
 namespace folioscope::com {
 
@@ -129,7 +130,14 @@ class DispatchObject : public I,
     HRESULT hr = TypeInfoOf(iid_, &info);
     if (FAILED(hr)) return hr;
     SetErrorInfo(0, nullptr);
-    hr = info->Invoke(static_cast<I*>(this), id, flags, params, result, exception, argument_error);
+    // Script variables reach typed by-reference parameters through
+    // temporaries (see variant_references.h).
+    hr = InvokeWithVariantReferences(info, id, flags, params, argument_error,
+                                     [&](DISPPARAMS* adapted) {
+                                       return info->Invoke(static_cast<I*>(this), id, flags,
+                                                           adapted, result, exception,
+                                                           argument_error);
+                                     });
     info->Release();
     if (hr == DISP_E_EXCEPTION) FillException(exception);
     return hr;

@@ -24,8 +24,6 @@
 
 #include <functional>
 
-#include "com/dispatch_object.h"
-
 namespace folioscope::com {
 
 // Calls `invoke` (the dispatcher's Invoke of member `id`, described by
@@ -36,28 +34,6 @@ namespace folioscope::com {
 HRESULT InvokeWithVariantReferences(ITypeInfo* info, DISPID id, WORD flags, DISPPARAMS* params,
                                     UINT* argument_error,
                                     const std::function<HRESULT(DISPPARAMS*)>& invoke);
-
-// DispatchObject<I> whose IDispatch::Invoke takes script variables for the
-// typed by-reference parameters of I.
-template <class I>
-class ScriptDispatchObject : public DispatchObject<I> {
- public:
-  using DispatchObject<I>::DispatchObject;
-
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID riid, LCID lcid, WORD flags,
-                                   DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
-                                   UINT* argument_error) override {
-    auto invoke = [&](DISPPARAMS* adapted) {
-      return DispatchObject<I>::Invoke(id, riid, lcid, flags, adapted, result, exception,
-                                       argument_error);
-    };
-    ITypeInfo* info = nullptr;
-    if (FAILED(this->GetTypeInfo(0, lcid, &info))) return invoke(params);
-    const HRESULT hr = InvokeWithVariantReferences(info, id, flags, params, argument_error, invoke);
-    info->Release();
-    return hr;
-  }
-};
 
 }  // namespace folioscope::com
 
