@@ -21,12 +21,14 @@ if ((${#missing[@]})); then
 fi
 
 # 32-bit Wine runs the i686 DLL, the one a 32-bit IDE loads. It comes from
-# the i386 architecture, whose package index some mirrors serve broken: try
-# it once, and go on with 64-bit Wine (the x86_64 DLL) when it cannot be had.
+# the i386 architecture, whose package index some mirrors serve broken, and
+# the tests' 32-bit path has not yet run on a machine that had it: asked for
+# with FOLIOSCOPE_WINE32=1, try it once, and go on with 64-bit Wine (the
+# x86_64 DLL) when it cannot be had.
 # A failed attempt takes the i386 architecture away again (so later
 # apt-get updates are not broken by it) and is remembered in build/.
 wine32_failed="$here/../build/.wine32-unavailable"
-if [[ -z "${FOLIOSCOPE_NO_WINE32:-}" && ! -e "$wine32_failed" ]] &&
+if [[ -n "${FOLIOSCOPE_WINE32:-}" && ! -e "$wine32_failed" ]] &&
    ! dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q "install ok installed"; then
   sudo=""
   [[ $(id -u) -eq 0 ]] || sudo="sudo"
