@@ -1,10 +1,10 @@
-#include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "chm/chm_test_support.h"
 #include "chm/help_compiler.h"
+#include "engine/report_test_support.h"
 #include "infra/file_system.h"
 #include "infra/path_guard.h"
 #include "infra/posix_platform.h"
@@ -12,33 +12,37 @@
 namespace folioscope {
 namespace {
 
-using chm_testing::ChmTest;
-using chm_testing::ScopedEnv;
-using chm_testing::WriteBytes;
+using report_testing::ReadBytes;
+using report_testing::ReportTest;
+using report_testing::ScopedEnv;
+using report_testing::WriteBytes;
 
 const char kMissing[] =
     "hhc.exe wurde nicht gefunden. Der CHM-Report kann nicht kompiliert werden.";
 
-class ChmCompileTest : public ChmTest {
+class ChmCompileTest : public ReportTest {
  protected:
-  void SetUp() override {
-    AddModule("Kasse", {{"Buche", "Public", 1010}});
+  ChmCompileTest() {
+    report_testing::AddModule(project_, "Kasse", "Module").Members.Item("DoIt").HelpContextId =
+        1010;
     fake_compiler_ = root_ / "bin" / "fakehhc";
     WriteBytes(fake_compiler_, "#!/bin/sh\nexit 0\n");
     std::filesystem::permissions(fake_compiler_, std::filesystem::perms::owner_all);
   }
-  // A compiler run that writes `chm_bytes` as the help file (nothing when
-  // empty) and keeps the batch file it found.
-  void AnswerRuns(const std::string& chm_bytes) {
+  // Selects the fake compiler; each of its runs writes `chm_bytes` as the
+  // help file (nothing when empty) and keeps the batch file it found.
+  void UseFakeCompiler(const std::string& chm_bytes) {
+    env_.emplace("FOLIOSCOPE_HHC", fake_compiler_.string());
     platform_.on_run = [this, chm_bytes](const RecordingPlatform::ProgramRun& run) {
-      batch_seen_ = chm_testing::ReadBytes(OutDir() / "compile.bat");
-      derived_seen_ = chm_testing::ReadBytes(OutDir() / kChmcmdProjectName);
+      batch_seen_ = ReadBytes(OutDir() / "compile.bat");
+      derived_seen_ = ReadBytes(OutDir() / kChmcmdProjectName);
       if (!chm_bytes.empty())
         WriteBytes(std::filesystem::path(run.working_folder) / "Kasse.chm", chm_bytes);
       return 0;
     };
   }
   std::filesystem::path fake_compiler_;
+  std::optional<ScopedEnv> env_;
   std::string batch_seen_;
   std::string derived_seen_;
 };
@@ -61,9 +65,8 @@ TEST_F(ChmCompileTest, WithoutCompilerEveryFileStaysAndTheRunIsLogged) {
 }
 
 TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchFile) {
-  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
   SetWord("DelFilesAfterCHMCompiling", 2);
-  AnswerRuns("ITSF");
+  UseFakeCompiler("ITSF");
   auto report = MakeReport();
   report->SaveCHMReportSystem(0);
 
@@ -77,11 +80,11 @@ TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchF
   const std::string folder = OutDir().string();
   EXPECT_EQ(batch_seen_, "cd \\\r\n" + folder.substr(0, 2) + "\r\ncd " + folder +
                              "\r\nhhc.exe Project.hhp\r\n\r\n");
-  EXPECT_NE(derived_seen_.find("Kasse_Buche = Kasse_Buche.htm"), std::string::npos);
+  EXPECT_NE(derived_seen_.find("Kasse_DoIt = Kasse_DoIt.htm"), std::string::npos);
 
   EXPECT_TRUE(Logged("CHM-Datei wird vorbereitet und kompiliert.", 1));
   EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport wurde erfolgreich erstellt.", 1));
-  EXPECT_EQ(events_.works.back(), "Compilieren der CHM-Datei...");
+  EXPECT_EQ(events_.works.back().description, "Compilieren der CHM-Datei...");
   EXPECT_FALSE(OutHas("compile.bat"));
   EXPECT_FALSE(OutHas(kChmcmdProjectName));
   for (const char* name : {"Project.hhp", "Map_Test.h", "Projekt.htm", "style.css", "Kasse.chm"}) {
@@ -96,31 +99,25 @@ TEST_F(ChmCompileTest, SuccessfulRunKeepsTheReportUnlessAskedAndRemovesTheBatchF
 // before stay even when their names match, and so does a resource type
 // that is not listed.
 TEST_F(ChmCompileTest, DeletionAfterCompilingRemovesOnlyWhatTheRunWrote) {
-  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
   SetWord("DelFilesAfterCHMCompiling", 1);
-  AnswerRuns("ITSF");
+  UseFakeCompiler("ITSF");
   const std::vector<std::string> foreign = {"notes.txt", "bild.JPG",    "eigene.htm",
                                             "hhc.exe",   "compile.BAT", "x.h"};
   for (const std::string& name : foreign) WriteBytes(OutDir() / name, "kept");
   WriteBytes(root_ / "beside.htm", "kept");  // next to the output folder
   auto report = MakeReport();
   report->SaveCHMReportSystem(0);
-  std::vector<std::string> left;
-  for (const auto& e : std::filesystem::directory_iterator(OutDir())) {
-    left.push_back(e.path().filename().string());
-  }
-  std::sort(left.begin(), left.end());
-  EXPECT_EQ(left, (std::vector<std::string>{"Kasse.chm", "bild.JPG", "compile.BAT", "eigene.htm",
-                                            "hhc.exe", "logo.gif", "notes.txt", "x.h"}));
+  EXPECT_EQ(OutFiles(),
+            (std::vector<std::string>{"Kasse.chm", "bild.JPG", "compile.BAT", "eigene.htm",
+                                      "hhc.exe", "logo.gif", "notes.txt", "x.h"}));
   EXPECT_TRUE(std::filesystem::exists(root_ / "beside.htm"));
 }
 
 // A project name that is no plain file name in the output folder (the
 // compiler would write the help file there) is not compiled.
 TEST_F(ChmCompileTest, ProjectNameLeadingOutOfTheFolderIsNotCompiled) {
-  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
   SetWord("DelFilesAfterCHMCompiling", 1);
-  AnswerRuns("ITSF");
+  UseFakeCompiler("ITSF");
   const std::vector<std::string> names = {"../Kasse", "CON", "a/b", std::string("K\0x", 3)};
   for (const std::string& name : names) {
     SCOPED_TRACE(name);
@@ -140,9 +137,8 @@ TEST_F(ChmCompileTest, ProjectNameLeadingOutOfTheFolderIsNotCompiled) {
 }
 
 TEST_F(ChmCompileTest, MissingHelpFileIsReportedAsAFailedCompile) {
-  ScopedEnv env("FOLIOSCOPE_HHC", fake_compiler_.string());
   SetWord("DelFilesAfterCHMCompiling", 1);
-  AnswerRuns("");
+  UseFakeCompiler("");
   auto report = MakeReport();
   report->SaveCHMReportSystem(0);
   EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport konnte nicht erfolgreich kompiliert werden.", 3));
@@ -161,9 +157,9 @@ TEST_F(ChmCompileTest, RealCompilerBuildsTheHelpFile) {
   auto report = MakeReport();
   report->SaveCHMReportSystem(0);
   ASSERT_TRUE(OutHas("Kasse.chm")) << "chmcmd did not produce the help file";
-  const std::string chm = chm_testing::ReadBytes(OutDir() / "Kasse.chm");
+  const std::string chm = ReadBytes(OutDir() / "Kasse.chm");
   for (const char* entry :
-       {"/Projekt.htm", "/Kasse.htm", "/Kasse_Buche.htm", "/Table of Contents.hhc", "/#IVB"}) {
+       {"/Projekt.htm", "/Kasse.htm", "/Kasse_DoIt.htm", "/Table of Contents.hhc", "/#IVB"}) {
     EXPECT_NE(chm.find(entry), std::string::npos) << entry;
   }
   EXPECT_TRUE(Logged("Kasse CHM-Kommentarreport wurde erfolgreich erstellt.", 1));

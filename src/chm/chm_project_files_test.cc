@@ -1,23 +1,38 @@
-#include <filesystem>
 #include <string>
+#include <vector>
 
-#include "chm/chm_test_support.h"
+#include "engine/report_test_support.h"
 
 namespace folioscope {
 namespace {
 
-using chm_testing::ChmTest;
-
-class ChmProjectFilesTest : public ChmTest {
+class ChmProjectFilesTest : public report_testing::ReportTest {
  protected:
-  void SetUp() override {
-    std::filesystem::create_directories(OutDir());
+  ChmProjectFilesTest() {
     AddModule("Kasse Haupt", {{"Buche Beleg", "Public", 1010}, {"Storno", "Private", 1020}});
     AddModule("Drucker", {{"Druck", "Friend", 2010}, {"Leer", "Public", 0}});
-    report_ = MakeReport();
+    report_ = MakeWriter();
     report_->ModuleName = "Kasse Haupt";
     report_->MemberName = "Buche Beleg";
   }
+
+  // A module whose Header has a context number too, and one Sub per
+  // (name, scope, context number).
+  struct MemberSpec {
+    std::string name;
+    std::string scope;
+    int32_t context;
+  };
+  void AddModule(const std::string& name, const std::vector<MemberSpec>& members) {
+    SourceModule& module = report_testing::AddEmptyModule(project_, name, "Module");
+    report_testing::AddMember(module, "Header", "", "", {"Option Explicit"}).HelpContextId = 99;
+    for (const MemberSpec& m : members) {
+      report_testing::AddMember(module, m.name, "Sub", m.scope,
+                                {m.scope + " Sub " + m.name + "()", "End Sub"})
+          .HelpContextId = m.context;
+    }
+  }
+
   std::unique_ptr<CFolioscope> report_;
 };
 
@@ -33,7 +48,7 @@ TEST_F(ChmProjectFilesTest, ProjectFileNamesTheDefaultTopicOfEachSaveMode) {
       {1, "   ", "Kasse_Haupt.htm", "Title=Hilfe"},
       {2, "  Kasse Hilfe ", "Kasse_Haupt_Buche_Beleg.htm", "Title=Kasse Hilfe"},
   };
-  CFolioscopeChmPeer peer(*report_);
+  CFolioscopeTestPeer peer(*report_);
   for (const Case& c : cases) {
     SCOPED_TRACE(c.save_mode);
     peer.SetHelpTexts(files, "");
@@ -66,7 +81,7 @@ TEST_F(ChmProjectFilesTest, TableOfContentsClosesTheListsOfEachSaveMode) {
       "<OBJECT type=\"text/site properties\"><param name=\"ImageType\" value=\"Folder\">"
       "</OBJECT>";
   const std::string items = "<LI>a\r\n<ul><LI>b\r\n";
-  CFolioscopeChmPeer peer(*report_);
+  CFolioscopeTestPeer peer(*report_);
   const std::pair<int32_t, std::string> cases[] = {
       {0, "</ul></ul></ul>"}, {1, "</ul></ul>"}, {2, ""}, {7, ""}};
   for (const auto& [save_mode, closing] : cases) {
@@ -78,7 +93,7 @@ TEST_F(ChmProjectFilesTest, TableOfContentsClosesTheListsOfEachSaveMode) {
 }
 
 TEST_F(ChmProjectFilesTest, HeaderFilesTieListedMembersToTheirPages) {
-  CFolioscopeChmPeer peer(*report_);
+  CFolioscopeTestPeer peer(*report_);
   // Whole project, every scope listed: Header (no scope) and the member
   // without a context number stay out; blanks become "_".
   peer.CreateCHMMapAndAlias(0);
@@ -112,7 +127,7 @@ TEST_F(ChmProjectFilesTest, ProjectWithoutContextNumbersGivesEmptyHeaderFiles) {
       project_.Modules.Item(i).Members.Item(j).HelpContextId = (j % 2 == 0) ? 0 : -5;
     }
   }
-  CFolioscopeChmPeer peer(*report_);
+  CFolioscopeTestPeer peer(*report_);
   peer.CreateCHMMapAndAlias(0);
   EXPECT_EQ(Out("Map_Test.h"), "\r\n");
   EXPECT_EQ(Out("alias_test.h"), "\r\n");

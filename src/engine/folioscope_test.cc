@@ -7,21 +7,19 @@
 #include <filesystem>
 #include <string>
 
-#include "pages/page_test_support.h"
+#include "engine/report_test_support.h"
 
 namespace folioscope {
 namespace {
 
-using page_testing::PageTest;
+using report_testing::ReportTest;
+using report_testing::WriteMiniFile;
 
-class ReadinessTest : public PageTest {
+class ReadinessTest : public ReportTest {
  protected:
   // A module whose page shows the head template, so the loaded templates
   // can be told apart.
-  void AddPlainModule() {
-    SourceModule& m = page_testing::AddModule(project_, "Buch", "Module");
-    page_testing::AddMember(m, "Header", "", "");
-  }
+  void AddPlainModule() { report_testing::AddModule(project_, "Buch", "Module"); }
 };
 
 TEST_F(ReadinessTest, MissingChoiceOrFolderFailsWithLogAndBox) {
@@ -33,12 +31,12 @@ TEST_F(ReadinessTest, MissingChoiceOrFolderFailsWithLogAndBox) {
   };
   const Case cases[] = {
       // Blanks only count as no language, whatever the path says.
-      {"   ", "Seiten", "Es wurde noch kein Report-Set ausgew\xE4hlt.", ""},
+      {"   ", "Mini", "Es wurde noch kein Report-Set ausgew\xE4hlt.", ""},
       {"Deutsch", "Fehlt", "Der Dateipfad des ausgew\xE4hlten Report-Sets ist ung\xFCltig.",
-       AppDir() + "/Res/Fehlt"},
+       AppDir().string() + "/Res/Fehlt"},
       // An empty path tests "<app>/Res/", which exists but still fails.
       {"Deutsch", "", "Der Dateipfad des ausgew\xE4hlten Report-Sets ist ung\xFCltig.",
-       AppDir() + "/Res/"},
+       AppDir().string() + "/Res/"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.path);
@@ -76,7 +74,7 @@ TEST_F(ReadinessTest, ReloadRequestIsServedOnceAndWrittenBack) {
   EXPECT_EQ(report->report_set_path(), SetPrefix());
 
   // Without a request the changed files are not looked at.
-  page_testing::WritePageSet(root_ / "app", "Neu[&&&FS_ModulInhaltOben_KlassenName&&&]");
+  WriteMiniFile(AppDir(), "file7.htm", "Neu[&&&FS_ModulInhaltOben_KlassenName&&&]");
   for (int32_t lnr : {0, -1}) {
     SetWord("LNR", lnr);
     EXPECT_EQ(report->GetModulContentSite("Buch").substr(0, 2), "H[");
@@ -93,7 +91,7 @@ TEST_F(ReadinessTest, FailedReloadLeavesNoTemplatesUntilTheNextCheck) {
   AddPlainModule();
   auto report = MakeReport();
   ASSERT_TRUE(report->Ready());
-  std::filesystem::remove(root_ / "app" / "Res" / "Seiten" / "Description.dat");
+  std::filesystem::remove(AppDir() / "Res" / "Mini" / "Description.dat");
   SetWord("LNR", 1);
   events_.messages.clear();
   platform_.message_boxes.clear();
@@ -110,7 +108,7 @@ TEST_F(ReadinessTest, FailedReloadLeavesNoTemplatesUntilTheNextCheck) {
     EXPECT_EQ(box.text.find("Reporterstellung"), std::string::npos);
   }
   // With the file back and no request, the next check loads afresh.
-  page_testing::WritePageSet(root_ / "app");
+  WriteMiniFile(AppDir(), "Description.dat", report_testing::kMiniDescription);
   EXPECT_EQ(report->GetModulContentSite("Buch").substr(0, 2), "H[");
   EXPECT_TRUE(report->Ready());
 }

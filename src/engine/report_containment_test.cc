@@ -12,13 +12,14 @@
 
 #include "engine/folioscope.h"
 #include "engine/report_test_support.h"
-#include "infra/registry.h"
 
 namespace folioscope {
 namespace {
 
 namespace fs = std::filesystem;
 
+using report_testing::AddModule;
+using report_testing::ReadBytes;
 using report_testing::ReportTest;
 using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
@@ -26,7 +27,7 @@ using ::testing::IsSupersetOf;
 class ReportContainmentTest : public ReportTest {
  protected:
   ReportContainmentTest() {
-    report_testing::AddModule(project_, "modKasse", "Module");
+    AddModule(project_, "modKasse", "Module");
     report_testing::WriteBytes(root_ / "secret.css", "secret");
   }
 
@@ -39,7 +40,7 @@ class ReportContainmentTest : public ReportTest {
       const fs::path relative = e.path().lexically_relative(root_);
       if (*relative.begin() == "out" || !e.is_regular_file()) continue;
       if (relative == fs::path("app") / "sfn.dat") continue;
-      files[relative.string()] = report_testing::ReadBytes(e.path());
+      files[relative.string()] = ReadBytes(e.path());
     }
     return files;
   }
@@ -68,18 +69,17 @@ TEST_F(ReportContainmentTest, HostileNamesAreRefusedAndTheRestIsWritten) {
                          "\\&&&FS_D_File&&& = C:secret.css\r\n"
                          "\\&&&FS_E_File&&& = link.css\r\n"
                          "\\&&&FS_F_File&&& = CON\r\n");
-  report_testing::WriteBytes(AppDir() / "Res" / "Mini" / "Description.dat",
-                             report_testing::TemplateCipher(description));
+  report_testing::WriteMiniFile(AppDir(), "Description.dat", description);
 
   // Module names no VB file could hold, and a member name of the same kind
   // in an ordinary module.
   for (const char* name : {"../../escaped", "..\\escaped", "NUL", "a/b"}) {
-    report_testing::AddModule(project_, name, "Class");
+    AddModule(project_, name, "Class");
   }
   SourceModule& kasse = project_.Modules.Item("modKasse");
   kasse.Members.Item("DoIt").Name = "..\\..\\..\\escaped";
   kasse.Members.Item(2).FirstLine = 12;
-  report_testing::AddModule(project_, "CBon", "Class");
+  AddModule(project_, "CBon", "Class");
 
   const auto outside_before = FilesOutsideOut();
   auto report = MakeReport();
@@ -98,7 +98,7 @@ TEST_F(ReportContainmentTest, HostileNamesAreRefusedAndTheRestIsWritten) {
                             "Projekt.htm", "modKasse.htm", "CBon.htm", "CBon_DoIt.htm"}));
   for (const auto& entry : fs::recursive_directory_iterator(OutDir())) {
     EXPECT_TRUE(entry.is_regular_file()) << entry.path();  // no folders, no links
-    EXPECT_NE(report_testing::ReadBytes(entry.path()), "secret") << entry.path();
+    EXPECT_NE(ReadBytes(entry.path()), "secret") << entry.path();
   }
 
   const std::vector<std::string> refusals = Refusals();
@@ -114,7 +114,7 @@ TEST_F(ReportContainmentTest, HostileNamesAreRefusedAndTheRestIsWritten) {
             "/src/modKasse.bas, Zeile 12) wird nicht geschrieben: "
             "'modKasse_..\\..\\..\\escaped.htm' ist kein zul\xE4ssiger Dateiname.");
   EXPECT_EQ(refusals[7],
-            "Die Seite des Moduls '../../escaped' (Datei /src/../../escaped.bas) wird nicht "
+            "Die Seite des Moduls '../../escaped' (Datei /src/../../escaped.cls) wird nicht "
             "geschrieben: '../../escaped.htm' ist kein zul\xE4ssiger Dateiname.");
   EXPECT_THAT(refusals[9], HasSubstr("'NUL.htm'"));
 }
@@ -126,7 +126,7 @@ TEST_F(ReportContainmentTest, HostileReportPathLoadsAndWritesNothing) {
   for (const std::string& path : paths) {
     SCOPED_TRACE(path);
     events_.messages.clear();
-    CRegistry().SaveRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", path);
+    SetCurrent("ReportPath", path);
     auto report = MakeReport();
     report->SaveReport(0);
     EXPECT_FALSE(report->Ready());

@@ -1,8 +1,9 @@
-// Test support for the report object and its page writers: a small
-// encrypted report set ("Mini") in a temporary application folder, a
-// recording platform with the settings that select it, a progress channel
-// whose events are kept, project builders, and CFolioscopeTestPeer for the
-// private writers and the help-file state.
+// Test support for the report object, its page writers and the help-file
+// build: a temporary folder per test; a small encrypted report set "Mini" in
+// an application folder, whose templates show every filled value between
+// separators; a recording platform whose settings select it; a progress
+// channel whose events are kept; project builders; and CFolioscopeTestPeer
+// for the private writers and the help-file state.
 #ifndef FOLIOSCOPE_ENGINE_REPORT_TEST_SUPPORT_H_
 #define FOLIOSCOPE_ENGINE_REPORT_TEST_SUPPORT_H_
 
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -41,28 +43,40 @@ class CFolioscopeTestPeer {
   int32_t WriteIndex() { return f_.WriteIndex(); }
   int32_t WriteLogo() { return f_.WriteLogo(); }
   int32_t WriteProjekt(int32_t save_mode) { return f_.WriteProjekt(save_mode); }
-  void CheckOfReady() { f_.CheckOfReady(); }
+  int32_t WriteModulContentSite(SourceModule& m, int32_t save_mode, int32_t position) {
+    return f_.WriteModulContentSite(m, save_mode, position);
+  }
+  int32_t WriteMemberContentSite(SourceMember& m, const std::string& module, bool append) {
+    return f_.WriteMemberContentSite(m, module, append);
+  }
+  std::string GetTOCItem() { return f_.GetTOCItem(); }
+  int32_t CreateCHMProjektFile(int32_t m) { return f_.CreateCHMProjektFile(m); }
+  int32_t CreateCHMMapAndAlias(int32_t m) { return f_.CreateCHMMapAndAlias(m); }
+  int32_t CreateCHMTableOfContens(int32_t m) { return f_.CreateCHMTableOfContens(m); }
   int32_t progress_total() const { return f_.progress_total_; }
   // Puts the object into help-file mode with a fresh file list, as the
   // help-file build does before it writes the pages.
   void StartHelpFileMode() {
     f_.chm_mode_ = true;
-    f_.chm_file_list_ = "[FILES]\r\n";
-    f_.chm_toc_text_.clear();
+    SetHelpTexts("[FILES]\r\n", "");
   }
-  void ClearReportSetPath() { f_.report_set_path_.clear(); }
+  void SetHelpTexts(const std::string& file_list, const std::string& toc) {
+    f_.chm_file_list_ = file_list;
+    f_.chm_toc_text_ = toc;
+  }
+  void SetSaveMode(int32_t mode) { f_.save_mode_ = mode; }
+  void SetTitle(const std::string& title) { f_.CHMReportTitle = title; }
+  void SetListed(int32_t public_value, int32_t friend_value, int32_t private_value) {
+    f_.ToolBarPublicValue = public_value;
+    f_.ToolBarFriendValue = friend_value;
+    f_.ToolBarPrivateValue = private_value;
+  }
 
  private:
   CFolioscope& f_;
 };
 
 namespace report_testing {
-
-// Encrypts a plain report-set file with the template password, as the
-// build step does for the shipped sets.
-inline std::string TemplateCipher(const std::string& text) {
-  return CWinAPICrypt().EncryptString(text, kTemplatePassword);
-}
 
 inline void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
   std::filesystem::create_directories(path.parent_path());
@@ -77,8 +91,15 @@ inline std::string ReadBytes(const std::filesystem::path& path) {
   return s.str();
 }
 
-// Template texts of the Mini set, by file key. Every template is short and
-// marks what was filled in with visible separators.
+// Encrypts a plain report-set file with the template password, as the
+// build step does for the shipped sets.
+inline std::string TemplateCipher(const std::string& text) {
+  return CWinAPICrypt().EncryptString(text, kTemplatePassword);
+}
+
+// Template texts of the Mini set, by file key: frame pages (1-3, 10-12),
+// project page (9), member page top, row and bottom (5, 4, 6), module head,
+// line and foot (7, 8, 28). The others only name themselves.
 inline std::map<int, std::string> MiniTemplates() {
   std::map<int, std::string> t;
   for (int n = 1; n <= 28; ++n) t[n] = "<!--File" + std::to_string(n) + "-->";
@@ -97,9 +118,41 @@ inline std::map<int, std::string> MiniTemplates() {
       "P[&&&FS_Projekt_Title&&&|&&&FS_Projekt_AnwendungsName&&&|&&&FS_Projekt_Inhalt&&&|"
       "&&&FS_Style_File&&&|&&&FS_Projekt_Heading&&&]";
   t[10] = "L[&&&FS_Logo_CodeFolioscope&&&|&&&FS_Farbe&&&]";
+  t[5] =
+      "T[&&&FS_MemberInhaltOben_Title&&&|&&&FS_MemberInhaltOben_AnwendungsName&&&|"
+      "&&&FS_MemberInhaltOben_KlassenName&&&|&&&FS_MemberInhaltOben_MemberTyp&&&|"
+      "&&&FS_MemberInhaltOben_MemberGueltigkeit&&&|&&&FS_MemberInhaltOben_MemberName&&&|"
+      "&&&FS_MemberInhaltOben_Syntax&&&|&&&FS_MemberInhaltOben_MemberSummary&&&|"
+      "&&&FS_MemberInhaltOben_ExampleCode&&&|&&&FS_MemberInhaltOben_MemberRueckgabe&&&|"
+      "&&&FS_MemberInhaltOben_InternDescription&&&|&&&FS_MemberInhaltOben_HelpKontextID&&&|"
+      "&&&FS_Style_File&&&]";
+  t[4] =
+      "R[&&&FS_MemberInhaltMitte_ParameterName&&&|&&&FS_MemberInhaltMitte_ParameterTyp&&&|"
+      "&&&FS_MemberInhaltMitte_ParameterBeschreibung&&&|&&&FS_MemberInhaltMitte_Erforderlich&&&|"
+      "&&&FS_MemberInhaltMitte_Uebergabe&&&|&&&FS_MemberInhaltMitte_ParameterAnmerkung&&&|"
+      "&&&FS_Farbe&&&]";
+  t[6] =
+      "B[&&&FS_MemberInhaltUnten_MemberRueckgabe&&&|&&&FS_MemberInhaltUnten_MemberRemarks&&&|"
+      "&&&FS_MemberInhaltUnten_RueckgabeBeschreibung&&&|&&&FS_Style_File&&&]";
+  t[7] =
+      "H[&&&FS_ModulInhaltOben_KlassenName&&&|&&&FS_ModulInhaltOben_ModulBeschreibung&&&|"
+      "&&&FS_ModuleInhaltOben_ModuleTitle&&&|&&&FS_ModulInhaltOben_AnwendungsName&&&|"
+      "&&&FS_ModulInhaltOben_RelativePath&&&|&&&FS_ModulInhaltOben_InternDescription&&&|"
+      "&&&FS_ModulInhaltOben_HelpKontextID&&&|&&&FS_ModulInhaltOben_ModuleLines&&&|"
+      "&&&FS_ModulInhaltOben_ModuleFilePath&&&|&&&FS_ModulInhaltOben_ModuleSummary&&&|"
+      "&&&FS_Style_File&&&]";
+  t[8] =
+      "M[<a href='&&&FS_ModulInhaltMitte_MemberDateiName_File&&&'"
+      "&&&FS_ModulInhaltMitte_TargetFrameName&&&>&&&FS_ModulInhaltMitte_MemberName&&&</a>"
+      "~&&&FS_ModulInhaltMitte_Einfuegung&&&~&&&FS_ModulInhaltMitte_MemberSummary&&&|"
+      "&&&FS_Style_File&&&]";
+  t[28] =
+      "F[&&&FS_ModulInhaltUnten_RemarksUeberschrift&&&|&&&FS_ModulInhaltUnten_Remarks&&&|"
+      "&&&FS_Style_File&&&]";
   return t;
 }
 
+// style.css is named twice, as shipped sets do.
 inline const char* kMiniDescription =
     "Platzhalter\r\n"
     "\\&&&FS_Style_File&&& = style.css\r\n"
@@ -124,9 +177,36 @@ inline const char* kMiniDescription =
     "\\&&&FS_FrameLinksUnten_Moduls&&& = Module\r\n"
     "\\&&&FS_FrameLinksUnten_UserControls&&& = Steuerelemente\r\n"
     "\\&&&FS_FrameLinksUnten_PropertyPages&&& = Eigenschaftsseiten\r\n"
+    "\\&&&FS_MemberInhaltOben_MemberGueltigkeitPrivate&&& = privat\r\n"
+    "\\&&&FS_MemberInhaltOben_MemberGueltigkeitFriend&&& = freund\r\n"
+    "\\&&&FS_MemberInhaltOben_MemberGueltigkeitPublic&&& = offen\r\n"
+    "\\&&&FS_MemberInhaltOben_MemberGueltigkeitDeklaration&&& = Deklaration\r\n"
+    "\\&&&FS_MemberInhaltOben_SyntaxForObject&&& = objekt.\r\n"
+    "\\&&&FS_MemberInhaltOben_HelpKontextID&&& = Hilfe-ID:\r\n"
+    "\\&&&FS_MemberInhaltMitte_ErforderlichJa&&& = ja\r\n"
+    "\\&&&FS_MemberInhaltMitte_ErforderlichNein&&& = nein\r\n"
+    "\\&&&FS_MemberInhaltMitte_UebergabeByVal&&& = Wert\r\n"
+    "\\&&&FS_MemberInhaltMitte_UebergabeByRef&&& = Verweis\r\n"
+    "\\&&&FS_MemberInhaltMitte_AnmerkungParamArray&&& = Feld\r\n"
+    "\\&&&FS_MemberInhaltMitte_AnmerkungHasStandardValue&&& = Standard:\r\n"
+    "\\&&&FS_MemberInhaltMitte_AnmerkungKeine&&& = keine\r\n"
+    "\\&&&Allgemein_OutEvent&&& = Ereignis\r\n"
+    "\\&&&FS_ModulInhaltOben_StdModul&&& = Standardmodul\r\n"
+    "\\&&&FS_ModulInhaltOben_CModul&&& = Klassenmodul\r\n"
+    "\\&&&FS_ModulInhaltOben_RelativePath&&& = Datei:\r\n"
+    "\\&&&FS_ModulInhaltOben_HelpKontextID&&& = Kontext:\r\n"
+    "\\&&&FS_ModulInhaltOben_ModuleLines&&& = Zeilen:\r\n"
+    "\\&&&FS_ModulInhaltOben_ModuleFilePath&&& = Pfad:\r\n"
+    "\\&&&FS_ModulInhaltUnten_RemarksUeberschrift&&& = Anmerkungen\r\n"
     "\\}\r\n";
 
-// Writes Res/IndexComment.ini and the encrypted Mini set below `app`.
+// Writes one file of the Mini set below `app`, encrypted.
+inline void WriteMiniFile(const std::filesystem::path& app, const std::string& name,
+                          const std::string& plain) {
+  WriteBytes(app / "Res" / "Mini" / name, TemplateCipher(plain));
+}
+
+// Writes Res/IndexComment.ini and the Mini set with its resources below `app`.
 inline void WriteMiniReportSet(const std::filesystem::path& app) {
   std::string ini =
       "[Sets]\r\nCount=1\r\n[Mini]\r\nName=Mini\r\nPath=Mini\r\nLanguages=Deutsch\r\n";
@@ -135,9 +215,9 @@ inline void WriteMiniReportSet(const std::filesystem::path& app) {
   }
   WriteBytes(app / "Res" / "IndexComment.ini", ini);
   for (const auto& [n, text] : MiniTemplates()) {
-    WriteBytes(app / "Res" / "Mini" / ("file" + std::to_string(n) + ".htm"), TemplateCipher(text));
+    WriteMiniFile(app, "file" + std::to_string(n) + ".htm", text);
   }
-  WriteBytes(app / "Res" / "Mini" / "Description.dat", TemplateCipher(kMiniDescription));
+  WriteMiniFile(app, "Description.dat", kMiniDescription);
   WriteBytes(app / "Res" / "Mini" / "style.css", "body { color: black; }\n");
   WriteBytes(app / "Res" / "Mini" / "logo.gif", "GIF89a");
 }
@@ -164,55 +244,110 @@ class EventRecorder : public CFSCommunicatorEvents {
   const CFolioscope* watched = nullptr;
 };
 
-// A module with its component entry: `lines` code lines, a Header member
-// and one public Sub "DoIt" documented with a summary.
-inline SourceModule& AddModule(SourceProject& project, const std::string& name,
-                               const std::string& kind, int32_t lines = 3) {
-  auto component = std::make_unique<SourceComponent>();
-  component->Name = name;
-  component->Kind = kind;
-  component->RelativePath = name + ".bas";
-  component->FilePath = "/src/" + name + ".bas";
-  project.Components.Add(std::move(component), name);
+// Sets an environment variable for the scope and restores the old value.
+class ScopedEnv {
+ public:
+  ScopedEnv(const char* name, const std::string& value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old, had_ = true;
+    ::setenv(name, value.c_str(), 1);
+  }
+  ~ScopedEnv() {
+    if (had_) {
+      ::setenv(name_, old_.c_str(), 1);
+    } else {
+      ::unsetenv(name_);
+    }
+  }
+
+ private:
+  const char* name_;
+  std::string old_;
+  bool had_ = false;
+};
+
+inline SourceParameter& AddParameter(SourceMember& m, const std::string& name,
+                                     const std::string& type, const std::string& passing) {
+  auto p = std::make_unique<SourceParameter>();
+  p->Name = name;
+  p->Type = type;
+  p->Passing = passing;
+  return m.Parameters.Add(std::move(p), name);
+}
+
+inline SourceMember& AddMember(SourceModule& module, const std::string& name,
+                               const std::string& kind, const std::string& scope,
+                               std::vector<std::string> lines = {}) {
+  auto m = std::make_unique<SourceMember>();
+  m->Name = name;
+  m->Kind = kind;
+  m->Scope = scope;
+  int32_t n = 0;
+  for (std::string& line : lines) m->CodeLines.Add(++n, std::move(line));
+  m->LineCount = n;
+  return module.Members.Add(std::move(m), name);
+}
+
+// A module without members and its component entry, whose file lies in
+// /src and is named after the module with the extension of its kind.
+inline SourceModule& AddEmptyModule(SourceProject& project, const std::string& name,
+                                    const std::string& kind) {
+  static const std::map<std::string, std::string> kExtensions = {
+      {"Class", ".cls"},        {"Form", ".frm"},     {"UserControl", ".ctl"},
+      {"PropertyPage", ".pag"}, {"Designer", ".dsr"}, {"UserDocument", ".dob"}};
+  const auto extension = kExtensions.find(kind);
+  auto c = std::make_unique<SourceComponent>();
+  c->Name = name;
+  c->Kind = kind;
+  c->RelativePath = name + (extension == kExtensions.end() ? ".bas" : extension->second);
+  c->FilePath = "/src/" + c->RelativePath;
+  project.Components.Add(std::move(c), name);
   auto module = std::make_unique<SourceModule>();
   module->Name = name;
-  for (int32_t i = 1; i <= lines; ++i) module->CodeLines.Add(i, "' line " + std::to_string(i));
-  auto header = std::make_unique<SourceMember>();
-  header->Name = "Header";
-  header->CodeLines.Add(1, "Option Explicit");
-  header->LineCount = 1;
-  module->Members.Add(std::move(header), "Header");
-  auto member = std::make_unique<SourceMember>();
-  member->Name = "DoIt";
-  member->Kind = "Sub";
-  member->Scope = "Public";
-  member->CodeLines.Add(1, "'/// <summary>Does it.</summary>");
-  member->CodeLines.Add(2, "Public Sub DoIt()");
-  member->CodeLines.Add(3, "End Sub");
-  member->LineCount = 3;
-  module->Members.Add(std::move(member), "DoIt");
   return project.Modules.Add(std::move(module), name);
 }
 
-// One test: app folder with the Mini set, settings selecting it, output
-// folder "out" beside it, channel registered.
-class ReportTest : public ::testing::Test {
+// A module with `lines` code lines, a Header member and one public Sub
+// "DoIt" documented with a summary.
+inline SourceModule& AddModule(SourceProject& project, const std::string& name,
+                               const std::string& kind, int32_t lines = 3) {
+  SourceModule& module = AddEmptyModule(project, name, kind);
+  for (int32_t i = 1; i <= lines; ++i) module.CodeLines.Add(i, "' line " + std::to_string(i));
+  AddMember(module, "Header", "", "", {"Option Explicit"});
+  AddMember(module, "DoIt", "Sub", "Public",
+            {"'/// <summary>Does it.</summary>", "Public Sub DoIt()", "End Sub"});
+  return module;
+}
+
+// A folder of its own for one test, removed afterwards.
+class TempDirTest : public ::testing::Test {
  protected:
-  ReportTest()
+  TempDirTest()
       : root_(std::filesystem::temp_directory_path() /
-              ("fs_report_test_" + std::to_string(::getpid()) + "_" +
-               ::testing::UnitTest::GetInstance()->current_test_info()->name())),
-        platform_((root_ / "app").string()),
-        scoped_(&platform_) {
+              ("fs_test_" + std::to_string(::getpid()) + "_" +
+               ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name() + "_" +
+               ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
     std::filesystem::remove_all(root_);
-    WriteMiniReportSet(root_ / "app");
-    CRegistry registry;
-    registry.SaveRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "Mini");
-    registry.SaveRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportLanguage", "Deutsch");
-    SetWord("ShowLOCForProjects", 1);
-    SetWord("ToolBarPublicValue", 1);
-    SetWord("ToolBarFriendValue", 1);
-    SetWord("ToolBarPrivateValue", 1);
+    std::filesystem::create_directories(root_);
+  }
+  ~TempDirTest() override {
+    std::error_code ec;
+    std::filesystem::remove_all(root_, ec);
+  }
+  std::filesystem::path root_;
+};
+
+// One test: app folder with the Mini set, settings selecting it, output
+// folder "out" beside it (not created), channel registered.
+class ReportTest : public TempDirTest {
+ protected:
+  ReportTest() : platform_((root_ / "app").string()), scoped_(&platform_) {
+    WriteMiniReportSet(AppDir());
+    SetCurrent("ReportPath", "Mini");
+    SetCurrent("ReportLanguage", "Deutsch");
+    for (const char* name : {"ShowLOCForProjects", "ToolBarPublicValue", "ToolBarFriendValue",
+                             "ToolBarPrivateValue"}) {
+      SetWord(name, 1);
+    }
     channel_ = std::make_shared<CFSCommunicator>();
     channel_->AddListener(&events_);
     SetProgressChannel(channel_);
@@ -220,30 +355,40 @@ class ReportTest : public ::testing::Test {
     project_.Name = "Kasse";
     project_.Version = "2.1.7";
   }
-  ~ReportTest() override {
-    SetProgressChannel(nullptr);
-    std::error_code ec;
-    std::filesystem::remove_all(root_, ec);
-  }
+  ~ReportTest() override { SetProgressChannel(nullptr); }
 
   void SetWord(const std::string& name, int32_t value) {
     CRegistry().SaveRegWord(kHkeyCurrentUser, kConfigKey, name, value);
   }
+  int32_t Word(const std::string& name) {
+    return CRegistry().ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0);
+  }
   void SetString(const std::string& name, const std::string& value) {
     CRegistry().SaveRegString(kHkeyCurrentUser, kConfigKey, name, value);
+  }
+  void SetCurrent(const std::string& name, const std::string& value) {
+    CRegistry().SaveRegString(kHkeyCurrentUser, kCurrentReportKey, name, value);
   }
 
   // A ready report object on the test project, writing into out/.
   std::unique_ptr<CFolioscope> MakeReport() {
     auto report = std::make_unique<CFolioscope>();
     report->Projekt = &project_;
+    report->ProjektName = project_.Name;
     report->PlainPath = OutDir().string();
     events_.watched = report.get();
     return report;
   }
+  // The same with out/ created, for the writers that expect the folder.
+  std::unique_ptr<CFolioscope> MakeWriter() {
+    std::filesystem::create_directories(OutDir());
+    return MakeReport();
+  }
 
   std::filesystem::path AppDir() const { return root_ / "app"; }
   std::filesystem::path OutDir() const { return root_ / "out"; }
+  // The set's folder as the report object prefixes its resource names.
+  std::string SetPrefix() const { return AppDir().string() + "/Res/Mini/"; }
   std::string Out(const std::string& name) const { return ReadBytes(OutDir() / name); }
   bool OutHas(const std::string& name) const { return std::filesystem::exists(OutDir() / name); }
   // Names of the files written into out/, sorted.
@@ -256,9 +401,12 @@ class ReportTest : public ::testing::Test {
     std::sort(names.begin(), names.end());
     return names;
   }
+  bool Logged(const std::string& text, int32_t icon) const {
+    return std::find(events_.messages.begin(), events_.messages.end(),
+                     std::make_pair(text, icon)) != events_.messages.end();
+  }
   int64_t NewFaults() const { return CErrorHandler::Instance().ReportCount() - reports_before_; }
 
-  std::filesystem::path root_;
   RecordingPlatform platform_;
   ScopedPlatform scoped_;
   std::shared_ptr<CFSCommunicator> channel_;

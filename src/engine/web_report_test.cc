@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -13,7 +12,9 @@
 namespace folioscope {
 namespace {
 
+using report_testing::AddModule;
 using report_testing::ReportTest;
+using report_testing::ScopedEnv;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
@@ -23,8 +24,8 @@ using ::testing::UnorderedElementsAre;
 class WebReportTest : public ReportTest {
  protected:
   WebReportTest() {
-    report_testing::AddModule(project_, "modKasse", "Module");
-    report_testing::AddModule(project_, "CBon", "Class");
+    AddModule(project_, "modKasse", "Module");
+    AddModule(project_, "CBon", "Class");
   }
 };
 
@@ -118,8 +119,7 @@ TEST_F(WebReportTest, OutputPathIsCombinedAndCreatedOneLevelDeep) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.plain_path + " + " + c.folder_name);
     std::filesystem::remove_all(OutDir());
-    std::filesystem::create_directories(OutDir());
-    auto report = MakeReport();
+    auto report = MakeWriter();
     report->PlainPath = c.plain_path;
     report->FolderName = c.folder_name;
     report->SaveReport(7);
@@ -148,9 +148,8 @@ TEST_F(WebReportTest, NothingIsWrittenWithoutPathOrProject) {
 }
 
 TEST_F(WebReportTest, ResourceNamedTwiceIsListedOnceInHelpFileMode) {
-  ::setenv("FOLIOSCOPE_HHC", "/bin/true", 1);
-  auto report = MakeReport();
-  std::filesystem::create_directories(OutDir());
+  ScopedEnv env("FOLIOSCOPE_HHC", "/bin/true");
+  auto report = MakeWriter();
   CFolioscopeTestPeer peer(*report);
   peer.StartHelpFileMode();
   peer.WriteFileRessources();
@@ -158,13 +157,11 @@ TEST_F(WebReportTest, ResourceNamedTwiceIsListedOnceInHelpFileMode) {
   EXPECT_THAT(OutFiles(), ElementsAre("logo.gif", "style.css"));  // no compiler copy
   EXPECT_TRUE(events_.messages.empty());
   EXPECT_TRUE(platform_.message_boxes.empty());
-  ::unsetenv("FOLIOSCOPE_HHC");
 }
 
 TEST_F(WebReportTest, MissingHelpCompilerIsReportedOnlyInHelpFileMode) {
-  ::setenv("FOLIOSCOPE_HHC", (root_ / "kein-chmcmd").c_str(), 1);
-  auto report = MakeReport();
-  std::filesystem::create_directories(OutDir());
+  ScopedEnv env("FOLIOSCOPE_HHC", (root_ / "kein-chmcmd").string());
+  auto report = MakeWriter();
   CFolioscopeTestPeer peer(*report);
   peer.WriteFileRessources();
   EXPECT_TRUE(events_.messages.empty());
@@ -184,13 +181,11 @@ TEST_F(WebReportTest, MissingHelpCompilerIsReportedOnlyInHelpFileMode) {
   EXPECT_EQ(platform_.message_boxes[0].title, "Quillon");
   // The other files were copied all the same.
   EXPECT_THAT(OutFiles(), ElementsAre("logo.gif", "style.css"));
-  ::unsetenv("FOLIOSCOPE_HHC");
 }
 
 TEST_F(WebReportTest, FailedCopyNamesBothPathsAndStops) {
   std::filesystem::remove(AppDir() / "Res" / "Mini" / "style.css");
-  auto report = MakeReport();
-  std::filesystem::create_directories(OutDir());
+  auto report = MakeWriter();
   CFolioscopeTestPeer peer(*report);
   peer.WriteFileRessources();
   const std::string source = AppDir().string() + "/Res/Mini/style.css";

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
 #include "engine/folioscope.h"
@@ -15,11 +14,6 @@ using report_testing::ReportTest;
 
 class FramePagesTest : public ReportTest {
  protected:
-  std::unique_ptr<CFolioscope> MakeWriter() {
-    auto report = MakeReport();
-    std::filesystem::create_directories(OutDir());
-    return report;
-  }
   static std::string EmptyNode(int n, const std::string& caption) {
     const std::string id = std::to_string(n);
     return "<node Element" + id + " MenuIcon" + id + ">" + caption + "<DIV></DIV>\r\n";

@@ -6,20 +6,20 @@
 #include <string>
 
 #include "engine/folioscope.h"
-#include "pages/page_test_support.h"
+#include "engine/report_test_support.h"
 
 namespace folioscope {
 namespace {
 
-using page_testing::AddMember;
-using page_testing::AddModule;
-using page_testing::AddParameter;
-using page_testing::PageTest;
+using report_testing::AddEmptyModule;
+using report_testing::AddMember;
+using report_testing::AddParameter;
+using report_testing::ReportTest;
 
-class PagesTest : public PageTest {
+class PagesTest : public ReportTest {
  protected:
   PagesTest() {
-    SourceModule& cls = AddModule(project_, "Kasse Buch", "Class");
+    SourceModule& cls = AddEmptyModule(project_, "Kasse Buch", "Class");
     cls.HelpContextId = 77;
     cls.Description = "Buchungen";
     for (int32_t i = 1; i <= 5; ++i) cls.CodeLines.Add(i, "' Zeile");
@@ -48,7 +48,7 @@ class PagesTest : public PageTest {
     AddMember(cls, "Tu Es", "Sub", "Friend", {"Friend Sub TuEs()"});
     AddMember(cls, "Geaendert", "OutEvent", "Public", {"Public Event Geaendert()"});
 
-    SourceModule& std_module = AddModule(project_, "Werkzeug", "Module");
+    SourceModule& std_module = AddEmptyModule(project_, "Werkzeug", "Module");
     AddMember(std_module, "Header", "", "", {"Option Explicit"});
     SourceMember& get = AddMember(std_module, "Get Eintrag", "Property", "Public");
     get.PropertyForm = "Get ";
@@ -142,8 +142,8 @@ TEST_F(PagesTest, ModulePagePreviewListsMembersBySwitchInSourceOrder) {
 }
 
 TEST_F(PagesTest, WrittenModulePageWritesListedMemberPagesWithoutPrefix) {
-  auto report = MakeReport();
-  CFolioscopePagePeer peer(*report);
+  auto report = MakeWriter();
+  CFolioscopeTestPeer peer(*report);
   peer.SetSaveMode(1);
   peer.WriteModulContentSite(project_.Modules.Item("Kasse Buch"), 1, 0);
   EXPECT_EQ(Out("Kasse_Buch.htm"),
@@ -160,17 +160,17 @@ TEST_F(PagesTest, WrittenModulePageWritesListedMemberPagesWithoutPrefix) {
             "B[|||style.css]\r\n");
   for (const char* name :
        {"Kasse_Buch_Rechne.htm", "Kasse_Buch_Let_Wert.htm", "Kasse_Buch_Geaendert.htm"}) {
-    EXPECT_TRUE(std::filesystem::exists(root_ / "out" / name)) << name;
+    EXPECT_TRUE(OutHas(name)) << name;
   }
-  EXPECT_FALSE(std::filesystem::exists(root_ / "out" / "Kasse_Buch_Header.htm"));
+  EXPECT_FALSE(OutHas("Kasse_Buch_Header.htm"));
   EXPECT_EQ(NewFaults(), 0);
 }
 
 TEST_F(PagesTest, HelpFileModeAddsListAndContentsEntries) {
   SetWord("ToolBarPrivateValue", 0);
   SetWord("ToolBarFriendValue", 0);
-  auto report = MakeReport();
-  CFolioscopePagePeer peer(*report);
+  auto report = MakeWriter();
+  CFolioscopeTestPeer peer(*report);
   const std::string item = peer.GetTOCItem();
   EXPECT_EQ(item,
             "<LI> <OBJECT type=\"text/sitemap\">\r\n"
@@ -203,8 +203,8 @@ TEST_F(PagesTest, HelpFileModeAddsListAndContentsEntries) {
 }
 
 TEST_F(PagesTest, MemberWriterAppendsOrReplaces) {
-  auto report = MakeReport();
-  CFolioscopePagePeer peer(*report);
+  auto report = MakeWriter();
+  CFolioscopeTestPeer peer(*report);
   peer.SetSaveMode(2);
   SourceMember& member = Member("Kasse Buch", "Tu Es");
   peer.WriteMemberContentSite(member, "Kasse Buch", false);

@@ -85,8 +85,7 @@ TEST_F(ProjectPageTest, WritingAnnouncesEveryModuleAndTheProjectStep) {
 
 TEST_F(ProjectPageTest, HelpFileModeListsThePageAndOpensItsContentsList) {
   AddModule(project_, "modA", "Module", 2);
-  auto report = MakeReport();
-  std::filesystem::create_directories(OutDir());
+  auto report = MakeWriter();
   CFolioscopeTestPeer peer(*report);
   peer.StartHelpFileMode();
   peer.WriteProjekt(0);
