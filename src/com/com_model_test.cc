@@ -1,233 +1,37 @@
 // Tests of the source-model bridge (com_model.h) and of the project reader's
 // script objects (model_objects.h). A Windows program: run it under Wine or
-// Windows. The caller's objects are small property bags written here; the
-// code-line dictionaries are real Scripting.Dictionary objects.
+// Windows. The caller's objects are property bags (variant_test_support.h);
+// the code-line dictionaries are real Scripting.Dictionary objects.
 #include "com/com_model.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cwchar>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "com/com_support.h"
 #include "com/late_bound.h"
 #include "com/model_objects.h"
+#include "com/variant_test_support.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope::com {
 namespace {
 
+using com_testing::ArrayOf;
+using com_testing::Bag;
+using com_testing::CallByName;
+using com_testing::Long;
+using com_testing::NewDictionary;
+using com_testing::NewLines;
+using com_testing::Object;
+using com_testing::Text;
+
 // --- The caller's objects -----------------------------------------------------
 
-VARIANT Text(const wchar_t* text) {
-  VARIANT v;
-  V_VT(&v) = VT_BSTR;
-  V_BSTR(&v) = SysAllocString(text);
-  return v;
-}
-
-VARIANT Long(int32_t n) {
-  VARIANT v;
-  V_VT(&v) = VT_I4;
-  V_I4(&v) = n;
-  return v;
-}
-
-// Takes over `object`'s reference.
-VARIANT Object(IDispatch* object) {
-  VARIANT v;
-  V_VT(&v) = VT_DISPATCH;
-  V_DISPATCH(&v) = object;
-  return v;
-}
-
-// A VBScript-style array of objects (takes over the references).
-VARIANT ArrayOf(std::vector<IDispatch*> objects) {
-  SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(objects.size()));
-  VARIANT* data = nullptr;
-  SafeArrayAccessData(array, reinterpret_cast<void**>(&data));
-  for (size_t i = 0; i < objects.size(); ++i) data[i] = Object(objects[i]);
-  SafeArrayUnaccessData(array);
-  VARIANT v;
-  V_VT(&v) = VT_ARRAY | VT_VARIANT;
-  V_ARRAY(&v) = array;
-  return v;
-}
-
-// A property bag with IDispatch: named values, read and written by name,
-// and optionally a 1-based Item(i) over `items` (a collection the VB way).
-// Counts the Invoke calls it answers and records property puts.
-class Bag : public IDispatch {
- public:
-  static Bag* New() { return new Bag(); }
-
-  // Sets property `name` (takes over `value`).
-  Bag* Set(const wchar_t* name, VARIANT value) {
-    VariantClear(&values_[Id(name)]);
-    values_[Id(name)] = value;
-    return this;
-  }
-  // Item(i) answers items[i - 1]; Count answers their number (takes over
-  // the values).
-  Bag* WithItems(std::vector<VARIANT> items) {
-    items_ = items;
-    Set(L"Count", Long(static_cast<int32_t>(items.size())));
-    Id(L"Item");
-    return this;
-  }
-  // Puts into `name` fail, as with a read-only property.
-  Bag* RefusingPut(const wchar_t* name) {
-    refused_.push_back(Id(name));
-    return this;
-  }
-  // A method Add(key, item), recorded as "key=item".
-  Bag* WithAdd() {
-    Id(L"Add");
-    return this;
-  }
-  const std::vector<std::string>& added() const { return added_; }
-  // Reading `name` raises VB error `number` with `text`.
-  Bag* Raising(const wchar_t* name, int32_t number, const wchar_t* text) {
-    raising_[Id(name)] = {number, text};
-    return this;
-  }
-
-  int invokes() const { return invokes_; }
-  // The text last put into `name`, "" when none.
-  std::string PutText(const wchar_t* name) const {
-    auto it = puts_.find(name);
-    return it == puts_.end() ? std::string() : it->second;
-  }
-  int put_count() const { return put_count_; }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    *object = nullptr;
-    if (!IsEqualIID(riid, IID_IUnknown) && !IsEqualIID(riid, IID_IDispatch)) {
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
-    *n = 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
-                                          DISPID* ids) override {
-    for (size_t i = 0; i < names_.size(); ++i) {
-      if (_wcsicmp(names_[i].c_str(), names[0]) == 0) {
-        ids[0] = static_cast<DISPID>(i + 1);
-        return S_OK;
-      }
-    }
-    ids[0] = DISPID_UNKNOWN;
-    return DISP_E_UNKNOWNNAME;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params,
-                                   VARIANT* result, EXCEPINFO* info, UINT*) override {
-    ++invokes_;
-    if (id < 1 || static_cast<size_t>(id) > names_.size()) return DISP_E_MEMBERNOTFOUND;
-    const std::wstring& name = names_[static_cast<size_t>(id - 1)];
-    if (name == L"Add") {
-      added_.push_back(TextOf(params->rgvarg[1]) + "=" + TextOf(params->rgvarg[0]));
-      return S_OK;
-    }
-    if ((flags & DISPATCH_PROPERTYPUT) != 0) {
-      if (std::find(refused_.begin(), refused_.end(), id) != refused_.end()) {
-        return DISP_E_MEMBERNOTFOUND;
-      }
-      ++put_count_;
-      puts_[name] = TextOf(params->rgvarg[0]);
-      return VariantCopy(&values_[id], &params->rgvarg[0]);
-    }
-    if (auto raise = raising_.find(id); raise != raising_.end()) {
-      *info = {};
-      info->scode = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, raise->second.first);
-      info->bstrDescription = SysAllocString(raise->second.second);
-      return DISP_E_EXCEPTION;
-    }
-    if (name == L"Item") {
-      if (params->cArgs != 1) return DISP_E_BADPARAMCOUNT;
-      const int32_t i = V_I4(&params->rgvarg[0]);
-      if (i < 1 || static_cast<size_t>(i) > items_.size()) return DISP_E_BADINDEX;
-      return VariantCopy(result, &items_[static_cast<size_t>(i - 1)]);
-    }
-    if (params->cArgs != 0) return DISP_E_BADPARAMCOUNT;
-    return VariantCopy(result, &values_[id]);
-  }
-
- private:
-  Bag() = default;
-  virtual ~Bag() {
-    for (auto& [id, v] : values_) VariantClear(&v);
-    for (VARIANT& item : items_) VariantClear(&item);
-  }
-  static std::string TextOf(VARIANT& value) {
-    VARIANT text;
-    VariantInit(&text);
-    VariantChangeType(&text, &value, 0, VT_BSTR);
-    std::string result = FromBstr(V_BSTR(&text));
-    VariantClear(&text);
-    return result;
-  }
-  DISPID Id(const wchar_t* name) {
-    for (size_t i = 0; i < names_.size(); ++i) {
-      if (names_[i] == name) return static_cast<DISPID>(i + 1);
-    }
-    names_.push_back(name);
-    const DISPID id = static_cast<DISPID>(names_.size());
-    VariantInit(&values_[id]);
-    return id;
-  }
-
-  ULONG references_ = 1;
-  std::vector<std::wstring> names_;
-  std::map<DISPID, VARIANT> values_;
-  std::vector<VARIANT> items_;
-  std::vector<DISPID> refused_;
-  std::vector<std::string> added_;
-  std::map<DISPID, std::pair<int32_t, const wchar_t*>> raising_;
-  std::map<std::wstring, std::string> puts_;
-  int invokes_ = 0;
-  int put_count_ = 0;
-};
-
-Ref<IDispatch> NewDictionary() {
-  CLSID clsid;
-  EXPECT_EQ(CLSIDFromProgID(L"Scripting.Dictionary", &clsid), S_OK);
-  IDispatch* d = nullptr;
-  EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                             reinterpret_cast<void**>(&d)),
-            S_OK);
-  return Ref<IDispatch>(d);
-}
-
-void AddEntry(IDispatch* d, VARIANT key, const wchar_t* item) {
-  VARIANT args[2] = {key, Text(item)};
-  ASSERT_TRUE(CallMethod(d, L"Add", args, 2));
-  VariantClear(&args[0]);
-  VariantClear(&args[1]);
-}
-
-// A Scripting.Dictionary of lines keyed 1..n.
-IDispatch* Lines(std::vector<const wchar_t*> lines) {
-  Ref<IDispatch> d = NewDictionary();
-  for (size_t i = 0; i < lines.size(); ++i) {
-    AddEntry(d.get(), Long(static_cast<int32_t>(i + 1)), lines[i]);
-  }
-  return d.release();
+void AddEntry(IDispatch* d, VARIANT key, VARIANT item) {
+  ASSERT_EQ(CallByName(d, L"Add", DISPATCH_METHOD, {key, item}, nullptr), S_OK);
 }
 
 int32_t CountOf(IDispatch* object) {
@@ -239,7 +43,9 @@ int32_t CountOf(IDispatch* object) {
 IDispatch* NewParameter(const wchar_t* name) { return Bag::New()->Set(L"Name", Text(name)); }
 
 Bag* NewMember(const wchar_t* name, std::vector<const wchar_t*> lines) {
-  return Bag::New()->Set(L"Name", Text(name))->Set(L"CodeLines", Object(Lines(lines)));
+  IDispatch* code_lines = NewLines(lines);
+  EXPECT_NE(code_lines, nullptr) << "no Scripting.Dictionary";
+  return Bag::New()->Set(L"Name", Text(name))->Set(L"CodeLines", Object(code_lines));
 }
 
 // Runs `read` and returns the run-time error it raised (number 0: none).
@@ -292,13 +98,14 @@ TEST(ComModelTest, ReadsAMemberWithItsDefaultsAndParameters) {
 TEST(ComModelTest, ReadsEveryKindOfCollectionAndKeepsLineKeyTypes) {
   // Members as a Count/Item collection, components as a Scripting.Dictionary,
   // modules as an array; lines keyed 1, "zwei", 3.0.
-  Ref<IDispatch> lines = NewDictionary();
-  AddEntry(lines.get(), Long(1), L"eins");
-  AddEntry(lines.get(), Text(L"zwei"), L"zwei");
+  Ref<IDispatch> lines(NewDictionary());
+  ASSERT_NE(lines.get(), nullptr) << "no Scripting.Dictionary";
+  AddEntry(lines.get(), Long(1), Text(L"eins"));
+  AddEntry(lines.get(), Text(L"zwei"), Text(L"zwei"));
   VARIANT three;
   V_VT(&three) = VT_R8;
   V_R8(&three) = 3.0;
-  AddEntry(lines.get(), three, L"drei");
+  AddEntry(lines.get(), three, Text(L"drei"));
 
   Bag* members = Bag::New()->WithItems({Object(NewMember(L"Header", {L"Option Explicit"})),
                                         Object(NewMember(L"DoIt", {L"Sub DoIt()"}))});
@@ -306,11 +113,8 @@ TEST(ComModelTest, ReadsEveryKindOfCollectionAndKeepsLineKeyTypes) {
   module->Set(L"Name", Text(L"modA"))
       ->Set(L"CodeLines", Object(lines.release()))
       ->Set(L"Members", Object(members));
-  Ref<IDispatch> components = NewDictionary();
-  VARIANT args[2] = {Text(L"modA"), Object(Bag::New()->Set(L"Name", Text(L"modA")))};
-  ASSERT_TRUE(CallMethod(components.get(), L"Add", args, 2));
-  VariantClear(&args[0]);
-  VariantClear(&args[1]);
+  Ref<IDispatch> components(NewDictionary());
+  AddEntry(components.get(), Text(L"modA"), Object(Bag::New()->Set(L"Name", Text(L"modA"))));
   Bag* project = Bag::New();
   project->Set(L"Components", Object(components.release()))->Set(L"Modules", ArrayOf({module}));
   Ref<IDispatch> owner(project);
@@ -378,7 +182,7 @@ TEST(ComModelTest, FaultsNameThePlaceAndKeepTheCallersOwnErrors) {
   auto module_with_members = [](std::vector<IDispatch*> members) {
     return Bag::New()
         ->Set(L"Name", Text(L"modA"))
-        ->Set(L"CodeLines", Object(Lines({})))
+        ->Set(L"CodeLines", Object(NewLines({})))
         ->Set(L"Members", ArrayOf(members));
   };
   const Case cases[] = {
@@ -477,7 +281,7 @@ TEST(ComModelTest, WriteBackAddsTheComponentsKeysAndChangedDescriptions) {
   EXPECT_EQ(V_I4(&key[4]), 4);
   SafeArrayUnaccessData(V_ARRAY(keys.get()));
 
-  EXPECT_EQ(changed->PutText(L"Description"), "Das A.");
+  EXPECT_EQ(changed->PutText(L"Description"), L"Das A.");
   EXPECT_EQ(changed->put_count(), 1);
   EXPECT_EQ(unchanged->put_count(), 0);
   changed->Release();
@@ -495,7 +299,7 @@ TEST(ComModelTest, WriteBackUsesAddWhenTheLinesHaveNoItemPut) {
   EXPECT_EQ(read->model().CodeLines.Item(2), "zwei");
   read->model().CodeLines.Item(0);
   read->WriteBack();
-  EXPECT_EQ(list->added(), std::vector<std::string>{"0="});
+  EXPECT_EQ(list->added(), std::vector<std::wstring>{L"0="});
 
   // Without Item the list cannot be read at all.
   Bag* bare = Bag::New();
@@ -529,25 +333,6 @@ std::shared_ptr<SourceProject> SmallProject() {
   return project;
 }
 
-// Invoke by name with arguments in call order.
-HRESULT Call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> args,
-             VARIANT* result) {
-  const DISPID id = FindName(object, name);
-  if (id == DISPID_UNKNOWN) return DISP_E_UNKNOWNNAME;
-  std::vector<VARIANT> reversed(args.rbegin(), args.rend());
-  DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS params = {reversed.data(), flags == DISPATCH_PROPERTYPUT ? &put : nullptr,
-                       static_cast<UINT>(reversed.size()), flags == DISPATCH_PROPERTYPUT ? 1u : 0u};
-  EXCEPINFO info = {};
-  UINT arg_error = 0;
-  const HRESULT hr =
-      object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &info, &arg_error);
-  for (VARIANT& v : args) VariantClear(&v);
-  SysFreeString(info.bstrSource);
-  SysFreeString(info.bstrDescription);
-  return hr;
-}
-
 TEST(ComModelTest, OwnObjectsAreUsedInPlace) {
   auto project = SmallProject();
   Ref<IDispatch> object(NewProjectObject(project));
@@ -556,13 +341,13 @@ TEST(ComModelTest, OwnObjectsAreUsedInPlace) {
 
   // Modules("CKonto") forwards to the collection's default member.
   Variant module;
-  ASSERT_EQ(Call(object.get(), L"Modules", DISPATCH_PROPERTYGET | DISPATCH_METHOD,
-                 {Text(L"ckonto")}, module.get()),
+  ASSERT_EQ(CallByName(object.get(), L"Modules", DISPATCH_PROPERTYGET | DISPATCH_METHOD,
+                       {Text(L"ckonto")}, module.get()),
             S_OK);
   Variant member;
-  ASSERT_EQ(
-      Call(V_DISPATCH(module.get()), L"Members", DISPATCH_PROPERTYGET, {Long(1)}, member.get()),
-      S_OK);
+  ASSERT_EQ(CallByName(V_DISPATCH(module.get()), L"Members", DISPATCH_PROPERTYGET, {Long(1)},
+                       member.get()),
+            S_OK);
   auto member_read = CallerMember::Read(V_DISPATCH(member.get()));
   SourceMember& node = project->Modules.Item(1).Members.Item(1);
   EXPECT_EQ(&member_read->model(), &node);
@@ -576,40 +361,44 @@ TEST(ComModelTest, OwnObjectsBehaveLikeAScriptsObjects) {
   Variant modules, module, members, member, lines, text, parameters, parameter;
   GetRequired(object.get(), L"Modules", "", modules.get());
   EXPECT_EQ(CountOf(V_DISPATCH(modules.get())), 1);
-  ASSERT_EQ(Call(V_DISPATCH(modules.get()), L"Item", DISPATCH_PROPERTYGET, {Long(1)}, module.get()),
-            S_OK);
-  EXPECT_EQ(Call(V_DISPATCH(modules.get()), L"Item", DISPATCH_PROPERTYGET, {Long(2)}, text.get()),
-            DISP_E_EXCEPTION);  // 9: out of range
+  ASSERT_EQ(
+      CallByName(V_DISPATCH(modules.get()), L"Item", DISPATCH_PROPERTYGET, {Long(1)}, module.get()),
+      S_OK);
+  EXPECT_EQ(
+      CallByName(V_DISPATCH(modules.get()), L"Item", DISPATCH_PROPERTYGET, {Long(2)}, text.get()),
+      DISP_E_EXCEPTION);  // 9: out of range
   GetRequired(V_DISPATCH(module.get()), L"Members", "", members.get());
-  ASSERT_EQ(Call(V_DISPATCH(members.get()), L"Item", DISPATCH_PROPERTYGET, {Text(L"BUCHEN")},
-                 member.get()),
+  ASSERT_EQ(CallByName(V_DISPATCH(members.get()), L"Item", DISPATCH_PROPERTYGET, {Text(L"BUCHEN")},
+                       member.get()),
             S_OK);
   IDispatch* m = V_DISPATCH(member.get());
   GetRequired(m, L"CodeLines", "", lines.get());
   IDispatch* d = V_DISPATCH(lines.get());
 
   // Item get of an absent key adds it, as Scripting.Dictionary does.
-  ASSERT_EQ(Call(d, L"Item", DISPATCH_PROPERTYGET, {Long(0)}, text.get()), S_OK);
+  ASSERT_EQ(CallByName(d, L"Item", DISPATCH_PROPERTYGET, {Long(0)}, text.get()), S_OK);
   EXPECT_EQ(project->Modules.Item(1).Members.Item(1).CodeLines.Count(), 3);
-  ASSERT_EQ(Call(d, L"Item", DISPATCH_PROPERTYPUT, {Long(0), Text(L"null")}, nullptr), S_OK);
+  ASSERT_EQ(CallByName(d, L"Item", DISPATCH_PROPERTYPUT, {Long(0), Text(L"null")}, nullptr), S_OK);
   EXPECT_EQ(project->Modules.Item(1).Members.Item(1).CodeLines.Item(0), "null");
   VariantClear(text.get());
-  ASSERT_EQ(Call(d, L"Exists", DISPATCH_METHOD, {Text(L"0")}, text.get()), S_OK);
+  ASSERT_EQ(CallByName(d, L"Exists", DISPATCH_METHOD, {Text(L"0")}, text.get()), S_OK);
   EXPECT_EQ(V_BOOL(text.get()), VARIANT_FALSE);  // a text key is another key
 
   // Texts are writable, object properties are not.
-  ASSERT_EQ(Call(m, L"Scope", DISPATCH_PROPERTYPUT, {Text(L"Friend")}, nullptr), S_OK);
+  ASSERT_EQ(CallByName(m, L"Scope", DISPATCH_PROPERTYPUT, {Text(L"Friend")}, nullptr), S_OK);
   EXPECT_EQ(project->Modules.Item(1).Members.Item(1).Scope, "Friend");
-  EXPECT_EQ(Call(m, L"CodeLines", DISPATCH_PROPERTYPUT, {Long(1)}, nullptr), DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(CallByName(m, L"CodeLines", DISPATCH_PROPERTYPUT, {Long(1)}, nullptr),
+            DISP_E_MEMBERNOTFOUND);
   GetRequired(m, L"Parameters", "", parameters.get());
-  ASSERT_EQ(
-      Call(V_DISPATCH(parameters.get()), L"Item", DISPATCH_PROPERTYGET, {Long(1)}, parameter.get()),
-      S_OK);
+  ASSERT_EQ(CallByName(V_DISPATCH(parameters.get()), L"Item", DISPATCH_PROPERTYGET, {Long(1)},
+                       parameter.get()),
+            S_OK);
   VARIANT flag;
   V_VT(&flag) = VT_BOOL;
   V_BOOL(&flag) = VARIANT_TRUE;
-  ASSERT_EQ(Call(V_DISPATCH(parameter.get()), L"Optional", DISPATCH_PROPERTYPUT, {flag}, nullptr),
-            S_OK);
+  ASSERT_EQ(
+      CallByName(V_DISPATCH(parameter.get()), L"Optional", DISPATCH_PROPERTYPUT, {flag}, nullptr),
+      S_OK);
   EXPECT_TRUE(project->Modules.Item(1).Members.Item(1).Parameters.Item(1).Optional);
 
   // The objects keep the model alive after the project object is gone.

@@ -23,6 +23,7 @@
 
 #include "VBFolioscope.h"
 #include "com/com_support.h"
+#include "com/variant_test_support.h"
 
 namespace {
 
@@ -38,6 +39,8 @@ int failures = 0;
 
 using folioscope::com::FromBstr;
 using folioscope::com::ToBstr;
+using folioscope::com_testing::IdOf;
+using folioscope::com_testing::Long;
 
 // --- The DLL under test ------------------------------------------------------------
 
@@ -53,14 +56,7 @@ struct Server {
 
   template <class I>
   I* Create(REFCLSID clsid, REFIID iid) {
-    IClassFactory* factory = nullptr;
-    if (FAILED(get_class_object(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory)))) {
-      return nullptr;
-    }
-    I* object = nullptr;
-    factory->CreateInstance(nullptr, iid, reinterpret_cast<void**>(&object));
-    factory->Release();
-    return object;
+    return folioscope::com_testing::CreateFrom<I>(get_class_object, clsid, iid);
   }
 };
 
@@ -108,32 +104,10 @@ struct CallResult {
   }
 };
 
-DISPID IdOf(IDispatch* object, const wchar_t* name) {
-  DISPID id = DISPID_UNKNOWN;
-  LPOLESTR names[1] = {const_cast<LPOLESTR>(name)};
-  object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
-  return id;
-}
-
 // Invokes `id` with `args` given in call order.
 void Call(IDispatch* object, DISPID id, WORD flags, std::vector<VARIANT> args, CallResult* result) {
-  std::vector<VARIANT> reversed(args.rbegin(), args.rend());
-  DISPID named = DISPID_PROPERTYPUT;
-  const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
-  DISPPARAMS params = {reversed.data(), put ? &named : nullptr, static_cast<UINT>(reversed.size()),
-                       put ? 1u : 0u};
-  UINT bad_argument = 0;
-  result->hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
-                              put ? nullptr : &result->value, &result->exception, &bad_argument);
-  for (VARIANT& v : args) VariantClear(&v);
-}
-
-VARIANT Long(LONG n) {
-  VARIANT v;
-  VariantInit(&v);
-  V_VT(&v) = VT_I4;
-  V_I4(&v) = n;
-  return v;
+  result->hr = folioscope::com_testing::Invoke(object, id, flags, std::move(args), &result->value,
+                                               &result->exception);
 }
 
 VARIANT Text(const std::string& s) {
@@ -144,13 +118,10 @@ VARIANT Text(const std::string& s) {
   return v;
 }
 
+// The caller keeps its own reference to `object`.
 VARIANT Object(IDispatch* object) {
-  VARIANT v;
-  VariantInit(&v);
-  V_VT(&v) = VT_DISPATCH;
-  V_DISPATCH(&v) = object;
   if (object != nullptr) object->AddRef();
-  return v;
+  return folioscope::com_testing::Object(object);
 }
 
 // The Name of the object a call returned.

@@ -6,167 +6,35 @@
 // The DLL is copied into a fresh folder (its application folder, so that
 // ErrorLog.txt starts empty) and loaded with LoadLibrary; objects come from
 // its DllGetClassObject, no registration needed. The caller's member objects
-// are small property bags written here, their code lines real
+// are property bags (variant_test_support.h), their code lines real
 // Scripting.Dictionary objects, as a script hands them over.
 #include <windows.h>
 
 #include <gtest/gtest.h>
 #include <oleauto.h>
 
-#include <cwchar>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "VBFolioscope.h"
+#include "com/variant_test_support.h"
 
 namespace {
 
 std::wstring dll_under_test;
 
-// --- Small helpers -------------------------------------------------------------
-
-VARIANT Long(LONG n) {
-  VARIANT v;
-  VariantInit(&v);
-  V_VT(&v) = VT_I4;
-  V_I4(&v) = n;
-  return v;
-}
-
-VARIANT Text(const wchar_t* text) {
-  VARIANT v;
-  VariantInit(&v);
-  V_VT(&v) = VT_BSTR;
-  V_BSTR(&v) = SysAllocString(text);
-  return v;
-}
-
-// Takes over the reference of `object`.
-VARIANT Object(IDispatch* object) {
-  VARIANT v;
-  VariantInit(&v);
-  V_VT(&v) = VT_DISPATCH;
-  V_DISPATCH(&v) = object;
-  return v;
-}
-
-std::wstring Take(BSTR text) {
-  std::wstring s = text ? std::wstring(text, SysStringLen(text)) : std::wstring();
-  SysFreeString(text);
-  return s;
-}
-
-// A late-bound call by name; `args` in call order.
-HRESULT CallByName(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> args,
-                   VARIANT* result) {
-  DISPID id = DISPID_UNKNOWN;
-  LPOLESTR names[1] = {const_cast<LPOLESTR>(name)};
-  HRESULT hr = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
-  if (SUCCEEDED(hr)) {
-    std::vector<VARIANT> reversed(args.rbegin(), args.rend());
-    DISPPARAMS params = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-    hr =
-        object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, nullptr, nullptr);
-  }
-  for (VARIANT& v : args) VariantClear(&v);
-  return hr;
-}
-
-// --- The caller's objects ------------------------------------------------------
-
-// An object with named properties, as a VB class with public fields: every
-// name it was given answers property get and put.
-class PropertyBag final : public IDispatch {
- public:
-  PropertyBag() = default;
-  PropertyBag(const PropertyBag&) = delete;
-  PropertyBag& operator=(const PropertyBag&) = delete;
-
-  // Takes over `value`.
-  void Set(const std::wstring& name, VARIANT value) {
-    for (auto& [n, v] : properties_) {
-      if (_wcsicmp(n.c_str(), name.c_str()) == 0) {
-        VariantClear(&v);
-        v = value;
-        return;
-      }
-    }
-    properties_.emplace_back(name, value);
-  }
-  const VARIANT* Find(const wchar_t* name) const {
-    for (const auto& [n, v] : properties_) {
-      if (_wcsicmp(n.c_str(), name) == 0) return &v;
-    }
-    return nullptr;
-  }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch)) {
-      *object = static_cast<IDispatch*>(this);
-      AddRef();
-      return S_OK;
-    }
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
-                                          DISPID* ids) override {
-    HRESULT hr = S_OK;
-    for (UINT i = 0; i < count; ++i) {
-      ids[i] = DISPID_UNKNOWN;
-      for (size_t p = 0; p < properties_.size(); ++p) {
-        if (_wcsicmp(properties_[p].first.c_str(), names[i]) == 0) {
-          ids[i] = static_cast<DISPID>(p + 1);
-        }
-      }
-      if (ids[i] == DISPID_UNKNOWN) hr = DISP_E_UNKNOWNNAME;
-    }
-    return hr;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params,
-                                   VARIANT* result, EXCEPINFO*, UINT*) override {
-    if (id < 1 || static_cast<size_t>(id) > properties_.size()) return DISP_E_MEMBERNOTFOUND;
-    VARIANT& value = properties_[id - 1].second;
-    if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
-      if (params->cArgs != 1) return DISP_E_BADPARAMCOUNT;
-      return VariantCopyInd(&value, &params->rgvarg[0]);
-    }
-    if (params->cArgs != 0) return DISP_E_BADPARAMCOUNT;
-    return result ? VariantCopy(result, &value) : S_OK;
-  }
-
- private:
-  virtual ~PropertyBag() {
-    for (auto& [n, v] : properties_) VariantClear(&v);
-  }
-  ULONG references_ = 1;
-  std::vector<std::pair<std::wstring, VARIANT>> properties_;
-};
-
-IDispatch* NewDictionary() {
-  CLSID clsid;
-  IDispatch* dictionary = nullptr;
-  if (SUCCEEDED(CLSIDFromProgID(L"Scripting.Dictionary", &clsid))) {
-    CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                     reinterpret_cast<void**>(&dictionary));
-  }
-  return dictionary;
-}
+using folioscope::com_testing::ArrayOf;
+using folioscope::com_testing::Bag;
+using folioscope::com_testing::CallByName;
+using folioscope::com_testing::CreateFrom;
+using folioscope::com_testing::Long;
+using folioscope::com_testing::NewDictionary;
+using folioscope::com_testing::NewLines;
+using folioscope::com_testing::Object;
+using folioscope::com_testing::Take;
+using folioscope::com_testing::Text;
 
 bool DictionaryHas(IDispatch* dictionary, LONG key) {
   VARIANT found;
@@ -184,9 +52,8 @@ LONG DictionaryCount(IDispatch* dictionary) {
 
 // The member DoIt(a) with one line per doc tag; `lines` receives a
 // reference to its code-line dictionary, `parameter` one to its parameter.
-PropertyBag* NewMember(IDispatch** lines, PropertyBag** parameter) {
-  IDispatch* dictionary = NewDictionary();
-  const wchar_t* texts[] = {
+Bag* NewMember(IDispatch** lines, Bag** parameter) {
+  IDispatch* dictionary = NewLines({
       L"'/// <summary>Adds two values.</summary>",
       L"'/// <param name=\"a\">the first value</param>",
       L"'/// <code>",
@@ -195,33 +62,18 @@ PropertyBag* NewMember(IDispatch** lines, PropertyBag** parameter) {
       L"Public Function DoIt(a)",
       L"  DoIt = a + 1",
       L"End Function",
-  };
-  LONG key = 1;
-  for (const wchar_t* text : texts) {
-    CallByName(dictionary, L"Add", DISPATCH_METHOD, {Long(key++), Text(text)}, nullptr);
-  }
-  auto* p = new PropertyBag();
-  p->Set(L"Name", Text(L"a"));
-  p->Set(L"Description", Text(L""));
-  SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, 1);
-  LONG index = 0;
-  VARIANT element = Object(p);
-  SafeArrayPutElement(array, &index, &element);  // copies: one more reference
-  VARIANT parameters;
-  VariantInit(&parameters);
-  V_VT(&parameters) = VT_ARRAY | VT_VARIANT;
-  V_ARRAY(&parameters) = array;
-
-  auto* member = new PropertyBag();
-  member->Set(L"Name", Text(L"DoIt"));
-  member->Set(L"Kind", Text(L"Function"));
-  member->Set(L"Scope", Text(L"Public"));
-  dictionary->AddRef();
-  member->Set(L"CodeLines", Object(dictionary));
-  member->Set(L"Parameters", parameters);
+  });
+  Bag* p = Bag::New()->Set(L"Name", Text(L"a"))->Set(L"Description", Text(L""));
+  p->AddRef();  // one reference for the array, one for the caller
+  if (dictionary) dictionary->AddRef();
   *lines = dictionary;
-  *parameter = p;  // the reference of `element`
-  return member;
+  *parameter = p;
+  return Bag::New()
+      ->Set(L"Name", Text(L"DoIt"))
+      ->Set(L"Kind", Text(L"Function"))
+      ->Set(L"Scope", Text(L"Public"))
+      ->Set(L"CodeLines", Object(dictionary))
+      ->Set(L"Parameters", ArrayOf({p}));
 }
 
 std::string ReadFileBytes(const std::wstring& path) {
@@ -257,14 +109,7 @@ class ReportClassesTest : public testing::Test {
 
   template <class I>
   I* Create(REFCLSID clsid, REFIID iid) {
-    IClassFactory* factory = nullptr;
-    if (FAILED(get_class_object_(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory)))) {
-      return nullptr;
-    }
-    I* object = nullptr;
-    factory->CreateInstance(nullptr, iid, reinterpret_cast<void**>(&object));
-    factory->Release();
-    return object;
+    return CreateFrom<I>(get_class_object_, clsid, iid);
   }
 
   static std::string ErrorLog() { return ReadFileBytes(folder_ + L"\\ErrorLog.txt"); }
@@ -302,8 +147,8 @@ TEST_F(ReportClassesTest, ReportObjectStoresItsProperties) {
 
   // Projekt keeps the caller's object itself, by Set or by plain put.
   IDispatch* lines = nullptr;
-  PropertyBag* parameter = nullptr;
-  PropertyBag* project = NewMember(&lines, &parameter);
+  Bag* parameter = nullptr;
+  Bag* project = NewMember(&lines, &parameter);
   EXPECT_EQ(report->putref_Projekt(project), S_OK);
   IDispatch* stored = nullptr;
   EXPECT_EQ(report->get_Projekt(&stored), S_OK);
@@ -329,8 +174,8 @@ TEST_F(ReportClassesTest, ReportObjectStoresItsProperties) {
 
 TEST_F(ReportClassesTest, ReadersWriteBackIntoTheCallersObjects) {
   IDispatch* lines = nullptr;
-  PropertyBag* parameter = nullptr;
-  PropertyBag* member = NewMember(&lines, &parameter);
+  Bag* parameter = nullptr;
+  Bag* member = NewMember(&lines, &parameter);
   ASSERT_NE(lines, nullptr) << "no Scripting.Dictionary";
   const LONG count = DictionaryCount(lines);
   IDispatch* member_argument = member;
@@ -381,8 +226,8 @@ TEST_F(ReportClassesTest, ReadersWriteBackIntoTheCallersObjects) {
 
 TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
   IDispatch* lines = nullptr;
-  PropertyBag* parameter = nullptr;
-  PropertyBag* member = NewMember(&lines, &parameter);
+  Bag* parameter = nullptr;
+  Bag* member = NewMember(&lines, &parameter);
   _CCodeFormat* format = Create<_CCodeFormat>(CLSID_CCodeFormat, IID__CCodeFormat);
   ASSERT_NE(format, nullptr);
   IDispatch* dispatch = format;
@@ -461,8 +306,8 @@ TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
 
 TEST_F(ReportClassesTest, UnreadableCallerObjectsGiveNeutralResults) {
   IDispatch* lines = nullptr;
-  PropertyBag* parameter = nullptr;
-  PropertyBag* member = NewMember(&lines, &parameter);
+  Bag* parameter = nullptr;
+  Bag* member = NewMember(&lines, &parameter);
   IDispatch* member_argument = member;
   _CSummary* summary = Create<_CSummary>(CLSID_CSummary, IID__CSummary);
   ASSERT_NE(summary, nullptr);
@@ -475,7 +320,7 @@ TEST_F(ReportClassesTest, UnreadableCallerObjectsGiveNeutralResults) {
   status = -1;
   EXPECT_EQ(summary->GetSummary(&nothing, &status), S_OK);
   EXPECT_EQ(status, 0);
-  auto* nameless = new PropertyBag();
+  auto* nameless = Bag::New();
   nameless->Set(L"CodeLines", Object(NewDictionary()));
   IDispatch* nameless_argument = nameless;
   EXPECT_EQ(summary->GetSummary(&nameless_argument, &status), S_OK);
