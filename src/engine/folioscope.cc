@@ -137,4 +137,31 @@ void CFolioscope::WriteTextFile(const std::string& FileName, const std::string& 
   written_files_.insert(FileName);
 }
 
+void CFolioscope::WritePageFile(const char* Procedure, const std::string& FileName,
+                                std::string Text, bool Append) {
+  if (page_writer_ == nullptr) {
+    WriteTextFile(FileName, Text, Append);
+    return;
+  }
+  written_files_.insert(FileName);
+  page_writer_->Write(FileName, std::move(Text), Append, Procedure);
+  ReportPageWriteFailures(page_writer_->TakeFailures());
+}
+
+// A page the writer could not write is reported as the procedure that
+// handed it over would have reported it, only later.
+void CFolioscope::ReportPageWriteFailures(const std::vector<PageWriteFailure>& failures) {
+  for (const PageWriteFailure& failure : failures) {
+    if (!failure.append) written_files_.erase(failure.path);
+    CErrorHandler::Instance().Report(failure.error, failure.procedure, 0, "", kClass);
+  }
+}
+
+void CFolioscope::FinishPageWriter() {
+  if (page_writer_ == nullptr) return;
+  const std::vector<PageWriteFailure> failures = page_writer_->Finish();
+  page_writer_.reset();
+  ReportPageWriteFailures(failures);
+}
+
 }  // namespace folioscope

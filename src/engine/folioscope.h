@@ -19,8 +19,10 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "infra/file_system.h"
+#include "infra/page_writer.h"
 #include "infra/registry.h"
 #include "model/source_model.h"
 #include "reportsets/ressource.h"
@@ -70,6 +72,14 @@ class CFolioscope {
   // engine/folioscope.cc
   void CheckOfReady();
   void WriteTextFile(const std::string& FileName, const std::string& Text, bool Append);
+  // Module and member pages: handed to the page writer while a whole
+  // project is saved, written at once otherwise. `Procedure` is the one a
+  // failed write is reported for.
+  void WritePageFile(const char* Procedure, const std::string& FileName, std::string Text,
+                     bool Append);
+  void ReportPageWriteFailures(const std::vector<PageWriteFailure>& failures);
+  // Waits for the page writer and reports what it could not write.
+  void FinishPageWriter();
 
   // engine/web_report.cc
   int32_t WriteFileRessources();
@@ -122,6 +132,8 @@ class CFolioscope {
   // Every file this object wrote or copied since the last save began (paths
   // as written); the clean-up after a help-file compile deletes only these.
   std::set<std::string> written_files_;
+  // Writes the module and member pages of a whole-project save.
+  std::unique_ptr<PageWriter> page_writer_;
 };
 
 }  // namespace folioscope

@@ -2,6 +2,7 @@
 // report set's resource files next to the pages (WriteFileRessources) and
 // calls the page writers for the whole project, one module or one member.
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -88,6 +89,7 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
       WriteLogo();
       WriteIndex();
       WriteComponentMenu();
+      page_writer_ = std::make_unique<PageWriter>();
       WriteProjekt(SaveMode);
     } else if (SaveMode == kSaveOneModule) {
       SourceModule& module = Projekt->Modules.Item(ModuleName);
@@ -98,6 +100,7 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
       WriteMemberContentSite(member, ModuleName, false);
     }
   });
+  FinishPageWriter();
   if (prefix_cleared) report_set_path_ = preview_prefix;
   save_mode_ = -1;
   return 0;

@@ -180,12 +180,13 @@ int32_t CFolioscope::WriteMemberContentSite(SourceMember& Member, const std::str
     CurrentPlatform().PumpMessages();
     const std::string file_name = MemberPageFileName(ModulName, Member.Name);
     if (!MayWritePage(file_name, Projekt, ModulName, &Member)) return;
-    const std::string page = GetMemberContentSite(Member, ProjektName, ModulName);
+    std::string page = GetMemberContentSite(Member, ProjektName, ModulName);
     if (chm_mode_) {
       chm_toc_text_ += FillTocItem(GetTOCItem(), Member.Name, file_name);
       chm_toc_text_ += "\r\n";
     }
-    WriteTextFile(PlainPath + kPathSeparatorText + file_name, page, Append);
+    WritePageFile("WriteMemberContentSite", PlainPath + kPathSeparatorText + file_name,
+                  std::move(page), Append);
   });
   return 0;
 }

@@ -187,7 +187,8 @@ int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t SaveMod
       WriteMemberContentSite(member, Module.Name, false);
     });
     page += FinishFoot(res, Module, foot);
-    WriteTextFile(PlainPath + kPathSeparatorText + module_file, page, false);
+    WritePageFile("WriteModulContentSite", PlainPath + kPathSeparatorText + module_file,
+                  std::move(page), false);
   });
   return 0;
 }

@@ -1,0 +1,67 @@
+#include "infra/page_writer.h"
+
+#include <exception>
+#include <utility>
+
+#include "infra/error_handler.h"
+#include "infra/file_system.h"
+
+namespace folioscope {
+
+PageWriter::PageWriter(size_t max_pending_bytes)
+    : max_pending_bytes_(max_pending_bytes), worker_([this] { WorkerLoop(); }) {}
+
+PageWriter::~PageWriter() { Finish(); }
+
+void PageWriter::Write(std::string path, std::string text, bool append, const char* procedure) {
+  const size_t size = text.size();
+  std::unique_lock<std::mutex> lock(mutex_);
+  // One page larger than the limit still goes through, alone.
+  room_free_.wait(
+      lock, [&] { return pending_bytes_ == 0 || pending_bytes_ + size <= max_pending_bytes_; });
+  pending_bytes_ += size;
+  jobs_.push_back(Job{std::move(path), std::move(text), append, procedure});
+  job_ready_.notify_one();
+}
+
+std::vector<PageWriteFailure> PageWriter::TakeFailures() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return std::exchange(failures_, {});
+}
+
+std::vector<PageWriteFailure> PageWriter::Finish() {
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    stopping_ = true;
+  }
+  job_ready_.notify_one();
+  if (worker_.joinable()) worker_.join();
+  return TakeFailures();
+}
+
+void PageWriter::WorkerLoop() {
+  std::unique_lock<std::mutex> lock(mutex_);
+  for (;;) {
+    job_ready_.wait(lock, [&] { return stopping_ || !jobs_.empty(); });
+    if (jobs_.empty()) return;  // stopping, and nothing left to write
+    Job job = std::move(jobs_.front());
+    jobs_.pop_front();
+    lock.unlock();
+    WriteOne(job);
+    lock.lock();
+    pending_bytes_ -= job.text.size();
+    room_free_.notify_all();
+  }
+}
+
+void PageWriter::WriteOne(const Job& job) {
+  try {
+    WriteTextFile(job.path, job.text, job.append);
+  } catch (const std::exception& e) {
+    PageWriteFailure failure{job.path, job.procedure, job.append, AsRuntimeError(e)};
+    std::lock_guard<std::mutex> lock(mutex_);
+    failures_.push_back(std::move(failure));
+  }
+}
+
+}  // namespace folioscope
