@@ -32,18 +32,18 @@ int32_t FindTagLine(vb::Dictionary& lines, std::string_view tag, int32_t first_k
   const int32_t n = lines.Count();
   for (int32_t i = first_key; i < n; ++i) {
     const std::string& line = lines.Item(i);
-    if (IsDocumentationLine(line) && vb::InStr(vb::LCase(line), tag) > 0) return i;
+    if (IsDocumentationLine(line) && vb::InStrLCase(line, tag) > 0) return i;
   }
   return 0;
 }
 
 std::string TextBehindTag(std::string_view line, std::string_view open_tag) {
-  int64_t p = vb::InStr(vb::LCase(line), open_tag);
+  int64_t p = vb::InStrLCase(line, open_tag);
   return vb::Trim(vb::Right(line, Len(line) - (p + Len(open_tag)) + 1));
 }
 
 std::string TextBeforeTag(std::string_view line, std::string_view close_tag) {
-  int64_t p = vb::InStr(vb::LCase(line), close_tag);
+  int64_t p = vb::InStrLCase(line, close_tag);
   std::string front = vb::Left(line, p - 1);
   return vb::Trim(vb::Right(front, Len(front) - Len(kDocPrefix)));
 }

@@ -1,5 +1,6 @@
 #include "infra/dictionary.h"
 
+#include <atomic>
 #include <functional>
 
 #include "infra/vb_runtime.h"
@@ -12,6 +13,15 @@ size_t DictKey::Hash::operator()(const DictKey& k) const {
   if (k.is_long_) return std::hash<int32_t>()(k.long_value_) * 31u + 1u;
   return std::hash<std::string>()(k.string_value_);
 }
+
+namespace {
+
+uint64_t NextRevision() {
+  static std::atomic<uint64_t> last{0};
+  return last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+}  // namespace
 
 int32_t Dictionary::Find(const DictKey& key) const {
   if (key.is_long() && key.long_value() >= 1 && key.long_value() <= dense_count_) {
@@ -30,6 +40,7 @@ void Dictionary::Append(const DictKey& key, std::string item) {
     index_.emplace(key, position);
   }
   entries_.push_back(Entry{key, std::move(item)});
+  revision_ = NextRevision();
 }
 
 const std::string& Dictionary::Item(const DictKey& key) {
@@ -43,6 +54,7 @@ void Dictionary::SetItem(const DictKey& key, std::string item) {
   const int32_t position = Find(key);
   if (position >= 0) {
     entries_[position].item = std::move(item);
+    revision_ = NextRevision();
     return;
   }
   Append(key, std::move(item));
@@ -67,6 +79,7 @@ void Dictionary::RemoveAll() {
   entries_.clear();
   index_.clear();
   dense_count_ = 0;
+  revision_ = NextRevision();
 }
 
 }  // namespace vb

@@ -81,6 +81,17 @@ class Dictionary {
 
   void RemoveAll();
 
+  // Names the dictionary's state: it changes with every entry added,
+  // replaced or removed, and no two states in the process share one (a copy
+  // shares its original's until either changes). 0 is the fresh, empty
+  // dictionary. Lets a reader keep work derived from the entries until they
+  // change.
+  uint64_t Revision() const { return revision_; }
+
+  // Makes room for `count` entries, so that filling a dictionary of known
+  // size (a member's lines) moves no entry. Changes nothing visible.
+  void Reserve(int32_t count) { entries_.reserve(static_cast<size_t>(count < 0 ? 0 : count)); }
+
  private:
   struct Entry {
     DictKey key;
@@ -97,6 +108,7 @@ class Dictionary {
   // 1 .. dense_count_ and are not in index_; every later entry is.
   int32_t dense_count_ = 0;
   std::unordered_map<DictKey, int32_t, DictKey::Hash> index_;
+  uint64_t revision_ = 0;
 };
 
 }  // namespace vb

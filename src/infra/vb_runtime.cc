@@ -11,15 +11,18 @@ std::string ErrorDescription(int32_t number) {
     case kInvalidProcedureCall:
       return "Ung\xFCltiger Prozeduraufruf oder ung\xFCltiges Argument";
     case kOverflow:
-      return "\xDC" "berlauf";
+      return "\xDC"
+             "berlauf";
     case kOutOfMemory:
       return "Nicht gen\xFCgend Speicher";
     case kSubscriptOutOfRange:
-      return "Index au\xDF" "erhalb des g\xFCltigen Bereichs";
+      return "Index au\xDF"
+             "erhalb des g\xFCltigen Bereichs";
     case kFileNotFound:
       return "Datei nicht gefunden";
     case kFileAlreadyOpen:
-      return "Datei bereits ge\xF6" "ffnet";
+      return "Datei bereits ge\xF6"
+             "ffnet";
     case kPathFileAccessError:
       return "Fehler beim Zugriff auf Pfad/Datei";
     case kPathNotFound:
@@ -104,11 +107,16 @@ unsigned char LowerByte(unsigned char c) {
   if (c >= 'A' && c <= 'Z') return c + 32;
   if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32;
   switch (c) {
-    case 0x8A: return 0x9A;
-    case 0x8C: return 0x9C;
-    case 0x8E: return 0x9E;
-    case 0x9F: return 0xFF;
-    default: return c;
+    case 0x8A:
+      return 0x9A;
+    case 0x8C:
+      return 0x9C;
+    case 0x8E:
+      return 0x9E;
+    case 0x9F:
+      return 0xFF;
+    default:
+      return c;
   }
 }
 
@@ -116,11 +124,16 @@ unsigned char UpperByte(unsigned char c) {
   if (c >= 'a' && c <= 'z') return c - 32;
   if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return c - 32;
   switch (c) {
-    case 0x9A: return 0x8A;
-    case 0x9C: return 0x8C;
-    case 0x9E: return 0x8E;
-    case 0xFF: return 0x9F;
-    default: return c;
+    case 0x9A:
+      return 0x8A;
+    case 0x9C:
+      return 0x8C;
+    case 0x9E:
+      return 0x8E;
+    case 0xFF:
+      return 0x9F;
+    default:
+      return c;
   }
 }
 
@@ -130,6 +143,32 @@ std::string LCase(std::string_view s) {
   std::string r(s);
   for (char& c : r) c = static_cast<char>(LowerByte(static_cast<unsigned char>(c)));
   return r;
+}
+
+int32_t InStrLCase(std::string_view haystack, std::string_view needle) {
+  if (haystack.empty()) return 0;
+  if (needle.empty()) return 1;
+  if (needle.size() > haystack.size()) return 0;
+  const size_t last_start = haystack.size() - needle.size();
+  // A first byte without a case partner ('<' of every tag) is found by a
+  // plain search, and only its places are compared further.
+  const char first = needle[0];
+  const unsigned char first_byte = static_cast<unsigned char>(first);
+  const bool first_is_caseless =
+      LowerByte(first_byte) == first_byte && UpperByte(first_byte) == first_byte;
+  for (size_t p = 0; p <= last_start; ++p) {
+    if (first_is_caseless) {
+      p = haystack.find(first, p);
+      if (p == std::string_view::npos || p > last_start) return 0;
+    }
+    size_t k = 0;
+    while (k < needle.size() && LowerByte(static_cast<unsigned char>(haystack[p + k])) ==
+                                    static_cast<unsigned char>(needle[k])) {
+      ++k;
+    }
+    if (k == needle.size()) return static_cast<int32_t>(p + 1);
+  }
+  return 0;
 }
 
 std::string UCase(std::string_view s) {

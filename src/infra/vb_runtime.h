@@ -81,6 +81,9 @@ std::string Mid(std::string_view s, int64_t start, int64_t length);
 // LCase / UCase of Windows-1252 text; the length never changes.
 std::string LCase(std::string_view s);
 std::string UCase(std::string_view s);
+// InStr(LCase(haystack), needle) without building the lower-case copy: the
+// doc-comment scans search every line of every member this way.
+int32_t InStrLCase(std::string_view haystack, std::string_view needle);
 
 // Replace every occurrence of `find` by `with`, case-sensitively, from the
 // first character (VB Replace with default arguments). An empty `find`

@@ -52,6 +52,20 @@ TEST(VbStrings, CaseMappingKeepsLengthAndCoversWindows1252) {
   EXPECT_EQ(UCase("\xE4\xDF"), "\xC4\xDF");
 }
 
+// InStrLCase must answer exactly what InStr(LCase(h), n) answers, for
+// needles in any case and haystacks with every byte.
+TEST(VbStrings, InStrLCaseEqualsInStrOfTheLowerCaseCopy) {
+  const std::vector<std::string> haystacks = {
+      "", "a", "'/// <SUMMARY>", "x<Summary>y<summary>", "\xC4\xC4\xE4", "\x9F\xFF", "<sum"};
+  const std::vector<std::string> needles = {"",     "<summary>", "<Summary>", "\xE4", "\xC4",
+                                            "\xFF", "y<s",       "<sum",      "<summ"};
+  for (const std::string& h : haystacks) {
+    for (const std::string& n : needles) {
+      EXPECT_EQ(InStrLCase(h, n), InStr(LCase(h), n)) << h << " / " << n;
+    }
+  }
+}
+
 TEST(VbStrings, ReplaceAndSplit) {
   EXPECT_EQ(Replace("a&&&X&&&b&&&X&&&", "&&&X&&&", "1"), "a1b1");
   EXPECT_EQ(Replace("aaa", "aa", "b"), "ba");
@@ -77,8 +91,12 @@ TEST(VbNumbers, CheckedLongArithmeticRaisesOverflow) {
 }
 
 TEST(VbErrors, GermanDescriptions) {
-  EXPECT_EQ(RuntimeError(6).description(), "\xDC" "berlauf");
-  EXPECT_EQ(RuntimeError(9).description(), "Index au\xDF" "erhalb des g\xFCltigen Bereichs");
+  EXPECT_EQ(RuntimeError(6).description(),
+            "\xDC"
+            "berlauf");
+  EXPECT_EQ(RuntimeError(9).description(),
+            "Index au\xDF"
+            "erhalb des g\xFCltigen Bereichs");
   EXPECT_EQ(RuntimeError(457).description(),
             "Dieser Schl\xFCssel ist bereits einem Element dieser Auflistung zugeordnet");
 }

@@ -112,6 +112,7 @@ void CopyLines(const std::vector<CodeLine>& lines, size_t first, size_t count,
                SourceMember* member) {
   member->FirstLine = static_cast<int32_t>(first + 1);
   member->LineCount = static_cast<int32_t>(count);
+  member->CodeLines.Reserve(static_cast<int32_t>(count));
   for (size_t k = 0; k < count; ++k) {
     member->CodeLines.Add(static_cast<int32_t>(k + 1), lines[first + k].text);
   }
@@ -214,6 +215,7 @@ void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModul
     module->Members.Add(std::move(member), key);
   }
   // The members hold copies; the module takes the lines themselves.
+  module->CodeLines.Reserve(static_cast<int32_t>(lines.size()));
   for (size_t k = 0; k < lines.size(); ++k) {
     module->CodeLines.Add(static_cast<int32_t>(k + 1), std::move(lines[k].text));
   }

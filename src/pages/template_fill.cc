@@ -1,7 +1,10 @@
 #include "pages/template_fill.h"
 
 #include <array>
+#include <memory>
+#include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "infra/dictionary.h"
 #include "infra/vb_runtime.h"
@@ -24,9 +27,54 @@ void ReplaceOneByOne(std::string& text, const std::vector<TokenReplacement>& rep
   for (const auto& r : replacements) vb::ReplaceAll(text, r.key, r.value);
 }
 
-// The one-pass fill. Its result equals the one-by-one fill when
-//  - every key is a whole token and no value contains "&&&", so no
-//    replacement can make a new run of three '&';
+// What the one-pass fill knows about a list of replacements: whether it may
+// be used at all (every key a whole token, no value holding "&&&", so no
+// replacement can make a new run of three '&'), which characters the token
+// names use, and each name's value (the first entry's, as the one-by-one
+// fill would have it).
+class TokenTable {
+ public:
+  explicit TokenTable(const std::vector<TokenReplacement>& replacements) {
+    by_name_.reserve(replacements.size());
+    for (const auto& r : replacements) {
+      if (!IsWholeToken(r.key) || r.value.find(kTokenMark) != std::string_view::npos) return;
+      const std::string_view name =
+          r.key.substr(kTokenMark.size(), r.key.size() - 2 * kTokenMark.size());
+      for (char c : name) name_char_[static_cast<unsigned char>(c)] = true;
+      by_name_.emplace(name, r.value);
+    }
+    usable_ = true;
+  }
+
+  bool usable() const { return usable_; }
+  bool IsNameChar(char c) const { return name_char_[static_cast<unsigned char>(c)]; }
+  const std::string_view* ValueOf(std::string_view name) const {
+    auto it = by_name_.find(name);
+    return it == by_name_.end() ? nullptr : &it->second;
+  }
+
+ private:
+  bool usable_ = false;
+  std::array<bool, 256> name_char_{};
+  std::unordered_map<std::string_view, std::string_view> by_name_;
+};
+
+// Start positions of the runs of exactly three '&', or nullopt when a longer
+// run exists.
+std::optional<std::vector<size_t>> TokenMarks(const std::string& text) {
+  std::vector<size_t> marks;
+  for (size_t i = text.find('&'); i != std::string::npos; i = text.find('&', i)) {
+    size_t end = i;
+    while (end < text.size() && text[end] == '&') ++end;
+    if (end - i > kTokenMark.size()) return std::nullopt;
+    if (end - i == kTokenMark.size()) marks.push_back(i);
+    i = end;
+  }
+  return marks;
+}
+
+// The one-pass fill. Its result equals the one-by-one fill when the table
+// is usable and
 //  - every run of '&' in the text is shorter than three or exactly three
 //    long, and the three-runs pair up as openers and closers of tokens; and
 //  - the text between one token and the next holds a character that no key
@@ -35,30 +83,17 @@ void ReplaceOneByOne(std::string& text, const std::vector<TokenReplacement>& rep
 // Under these conditions every key occurrence, before and after any of the
 // replacements, is one of the paired tokens, and the order of the entries
 // cannot matter. Returns false, leaving `text` alone, when a condition fails.
-bool ReplaceInOnePass(std::string& text, const std::vector<TokenReplacement>& replacements) {
-  std::array<bool, 256> name_char{};
-  for (const auto& r : replacements) {
-    if (!IsWholeToken(r.key) || r.value.find(kTokenMark) != std::string_view::npos) return false;
-    for (size_t i = kTokenMark.size(); i + kTokenMark.size() < r.key.size(); ++i)
-      name_char[static_cast<unsigned char>(r.key[i])] = true;
-  }
-
-  // Start positions of the runs of exactly three '&'.
-  std::vector<size_t> marks;
-  for (size_t i = text.find('&'); i != std::string::npos; i = text.find('&', i)) {
-    size_t end = i;
-    while (end < text.size() && text[end] == '&') ++end;
-    if (end - i > kTokenMark.size()) return false;
-    if (end - i == kTokenMark.size()) marks.push_back(i);
-    i = end;
-  }
+bool ReplaceInOnePass(std::string& text, const TokenTable& table) {
+  if (!table.usable()) return false;
+  const std::optional<std::vector<size_t>> found = TokenMarks(text);
+  if (!found) return false;
+  const std::vector<size_t>& marks = *found;
   if (marks.empty()) return true;
   if (marks.size() % 2 != 0) return false;
   for (size_t k = 1; k + 1 < marks.size(); k += 2) {
-    const size_t from = marks[k] + kTokenMark.size();
     bool separated = false;
-    for (size_t i = from; i < marks[k + 1] && !separated; ++i)
-      separated = !name_char[static_cast<unsigned char>(text[i])];
+    for (size_t i = marks[k] + kTokenMark.size(); i < marks[k + 1] && !separated; ++i)
+      separated = !table.IsNameChar(text[i]);
     if (!separated) return false;
   }
 
@@ -67,17 +102,12 @@ bool ReplaceInOnePass(std::string& text, const std::vector<TokenReplacement>& re
   size_t copied = 0;
   for (size_t k = 0; k < marks.size(); k += 2) {
     const size_t name_start = marks[k] + kTokenMark.size();
-    const size_t token_end = marks[k + 1] + kTokenMark.size();
     const std::string_view name(text.data() + name_start, marks[k + 1] - name_start);
-    for (const auto& r : replacements) {
-      if (r.key.size() != name.size() + 2 * kTokenMark.size() ||
-          r.key.substr(kTokenMark.size(), name.size()) != name)
-        continue;
-      out.append(text, copied, marks[k] - copied);
-      out.append(r.value);
-      copied = token_end;
-      break;
-    }
+    const std::string_view* value = table.ValueOf(name);
+    if (value == nullptr) continue;
+    out.append(text, copied, marks[k] - copied);
+    out.append(*value);
+    copied = marks[k + 1] + kTokenMark.size();
   }
   if (copied == 0) return true;
   out.append(text, copied, std::string::npos);
@@ -85,10 +115,52 @@ bool ReplaceInOnePass(std::string& text, const std::vector<TokenReplacement>& re
   return true;
 }
 
+// The entries of a pass over one dictionary, copied out with their token
+// table, kept until the dictionary changes: pages fill many small templates
+// (one per parameter row) from the same two dictionaries.
+class PreparedPass {
+ public:
+  // Rebuilds from entries 0 .. count - 1 unless the dictionary, the count and
+  // the prefix for resource-file keys are those of the last build.
+  void Prepare(const vb::Dictionary& entries, int32_t count, const std::string& file_prefix) {
+    if (built_ && revision_ == entries.Revision() && count_ == count && prefix_ == file_prefix)
+      return;
+    keys_.clear();
+    values_.clear();
+    for (int32_t i = 0; i < count; ++i) {
+      keys_.push_back(entries.KeyAt(i).ToText());
+      const std::string& item = entries.ItemAt(i);
+      values_.push_back(!file_prefix.empty() && IsResourceFileKey(keys_.back()) ? file_prefix + item
+                                                                                : item);
+    }
+    replacements_.clear();
+    for (size_t i = 0; i < keys_.size(); ++i) replacements_.push_back({keys_[i], values_[i]});
+    table_ = std::make_unique<TokenTable>(replacements_);
+    built_ = true;
+    revision_ = entries.Revision();
+    count_ = count;
+    prefix_ = file_prefix;
+  }
+
+  void Fill(std::string& text) const {
+    if (!ReplaceInOnePass(text, *table_)) ReplaceOneByOne(text, replacements_);
+  }
+
+ private:
+  bool built_ = false;
+  uint64_t revision_ = 0;
+  int32_t count_ = 0;
+  std::string prefix_;
+  std::vector<std::string> keys_;
+  std::vector<std::string> values_;
+  std::vector<TokenReplacement> replacements_;  // views of keys_ and values_
+  std::unique_ptr<TokenTable> table_;
+};
+
 }  // namespace
 
 void ReplaceEachInOrder(std::string& text, const std::vector<TokenReplacement>& replacements) {
-  if (!ReplaceInOnePass(text, replacements)) ReplaceOneByOne(text, replacements);
+  if (!ReplaceInOnePass(text, TokenTable(replacements))) ReplaceOneByOne(text, replacements);
 }
 
 bool IsResourceFileKey(const std::string& key) { return vb::Right(key, 8) == "_File&&&"; }
@@ -114,22 +186,9 @@ void FillPlaceHolders(std::string& text, CRessource& res, const std::string& fil
     }
     return;
   }
-  std::vector<TokenReplacement> replacements;
-  std::vector<std::string> keys;      // Long keys as text
-  std::vector<std::string> prefixed;  // resource-file values with the prefix
-  keys.reserve(count);
-  prefixed.reserve(count);
-  replacements.reserve(count);
-  for (int32_t i = 0; i < count; ++i) {
-    const vb::DictKey& key = holders.KeyAt(i);
-    std::string_view key_text = key.string_value();
-    if (key.is_long()) key_text = keys.emplace_back(key.ToText());
-    std::string_view value = holders.ItemAt(i);
-    if (!file_prefix.empty() && IsResourceFileKey(std::string(key_text)))
-      value = prefixed.emplace_back(file_prefix + holders.ItemAt(i));
-    replacements.push_back({key_text, value});
-  }
-  ReplaceEachInOrder(text, replacements);
+  thread_local PreparedPass pass;
+  pass.Prepare(holders, count, file_prefix);
+  pass.Fill(text);
 }
 
 void FillSpecificLanguage(std::string& text, CRessource& res) {
@@ -141,17 +200,9 @@ void FillSpecificLanguage(std::string& text, CRessource& res) {
       vb::ReplaceAll(text, language.KeyAt(i).ToText(), language.ItemAt(i));
     return;
   }
-  std::vector<std::string> keys;  // Long keys as text
-  std::vector<TokenReplacement> replacements;
-  keys.reserve(count);
-  replacements.reserve(count);
-  for (int32_t i = 0; i < count; ++i) {
-    const vb::DictKey& key = language.KeyAt(i);
-    std::string_view key_text = key.string_value();
-    if (key.is_long()) key_text = keys.emplace_back(key.ToText());
-    replacements.push_back({key_text, language.ItemAt(i)});
-  }
-  ReplaceEachInOrder(text, replacements);
+  thread_local PreparedPass pass;
+  pass.Prepare(language, count, "");
+  pass.Fill(text);
 }
 
 std::string LanguageText(CRessource& res, const std::string& key) {
