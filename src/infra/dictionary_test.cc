@@ -120,16 +120,23 @@ TEST(DictionaryKeys, BehavesLikeAnOrderedList) {
       DictKey key =
           next(4) == 0 ? DictKey::String(std::to_string(next(10))) : DictKey::Long(next(14) - 2);
       std::string item = "v" + std::to_string(op);
+      // Readers keep derived work while the revision stands: every change
+      // of state must move it, and nothing else may.
+      const uint64_t revision = d.Revision();
+      bool changes = false;
       switch (next(5)) {
         case 0:
+          changes = m.Find(key) < 0;
           EXPECT_EQ(d.Item(key), m.Item(key));
           break;
         case 1:
+          changes = true;
           d.SetItem(key, item);
           m.SetItem(key, item);
           break;
         case 2: {
           bool added = m.Add(key, item);
+          changes = added;
           EXPECT_EQ(ErrorOf([&] { d.Add(key, item); }), added ? 0 : kKeyAlreadyAssociated);
           break;
         }
@@ -138,11 +145,13 @@ TEST(DictionaryKeys, BehavesLikeAnOrderedList) {
           break;
         default:
           if (next(10) == 0) {
+            changes = true;
             d.RemoveAll();
             m.RemoveAll();
           }
           break;
       }
+      EXPECT_EQ(d.Revision() != revision, changes);
     }
     ExpectSame(d, m);
   }

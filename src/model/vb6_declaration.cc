@@ -1,6 +1,7 @@
 #include "model/vb6_declaration.h"
 
 #include <cstddef>
+#include <optional>
 
 #include "infra/vb_runtime.h"
 
@@ -277,8 +278,51 @@ std::string StripComment(std::string_view statement) {
   return code;
 }
 
+namespace {
+
+bool EqualsIgnoringAsciiCase(std::string_view word, std::string_view upper) {
+  if (word.size() != upper.size()) return false;
+  for (size_t i = 0; i < word.size(); ++i) {
+    char c = word[i];
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+    if (c != upper[i]) return false;
+  }
+  return true;
+}
+
+// Most statements of a module are plain code. Without a ':' a statement
+// has one segment, and only a first word from this list can begin a
+// procedure head, an event or a procedure end; any other first word makes
+// the statement kOther, or kBlank when it is empty, a comment or Rem.
+// Returns nullopt when the full parse must decide.
+std::optional<StatementKind> KindOfPlainStatement(std::string_view statement) {
+  if (statement.find(':') != std::string_view::npos) return std::nullopt;
+  size_t start = 0;
+  while (start < statement.size() && IsBlankChar(statement[start])) ++start;
+  if (start == statement.size() || statement[start] == '\'') return StatementKind::kBlank;
+  size_t end = start;
+  while (end < statement.size() && IsWordChar(static_cast<unsigned char>(statement[end]))) ++end;
+  const std::string_view word = statement.substr(start, end - start);
+  static constexpr std::string_view kLeadingWords[] = {
+      "PUBLIC", "PRIVATE", "FRIEND", "STATIC", "SUB", "FUNCTION", "EVENT", "PROPERTY", "END"};
+  for (std::string_view leading : kLeadingWords) {
+    if (EqualsIgnoringAsciiCase(word, leading)) return std::nullopt;
+  }
+  if (EqualsIgnoringAsciiCase(word, "REM")) {
+    const char next = end < statement.size() ? statement[end] : ' ';
+    if (IsBlankChar(next) || next == '\'') return StatementKind::kBlank;
+  }
+  return StatementKind::kOther;
+}
+
+}  // namespace
+
 ParsedStatement ParseStatement(std::string_view statement) {
   ParsedStatement out;
+  if (const std::optional<StatementKind> kind = KindOfPlainStatement(statement)) {
+    out.kind = *kind;
+    return out;
+  }
   const std::string code = StripComment(statement);
   if (code.empty()) {
     out.kind = StatementKind::kBlank;

@@ -292,6 +292,18 @@ TEST(Vb6Declaration, StatementKinds) {
       {"Public Property Get Wert() As Long", StatementKind::kProcedure, "Wert"},
       {"Public Property Wert As Long", StatementKind::kOther, ""},
       {"Sub Main", StatementKind::kProcedure, "Main"},
+      {"\tsUB  Main ' x", StatementKind::kProcedure, "Main"},
+      {"Rem", StatementKind::kBlank, ""},
+      {"  rem'x", StatementKind::kBlank, ""},
+      {"Rem\tx", StatementKind::kBlank, ""},
+      {"Remark = 1", StatementKind::kOther, ""},
+      {"Rem(1) = 2", StatementKind::kOther, ""},
+      {"Rem: Sub X()", StatementKind::kOther, ""},
+      {"Sub$ X()", StatementKind::kOther, ""},
+      {"[Sub] = 1", StatementKind::kOther, ""},
+      {"#If Win32 Then", StatementKind::kOther, ""},
+      {" \t ", StatementKind::kBlank, ""},
+      {"Static Function F()", StatementKind::kProcedure, "F"},
   };
   for (const Case& c : cases) {
     const ParsedStatement parsed = ParseStatement(c.statement);

@@ -6,6 +6,8 @@
 // remarks, returns): each scan may add key 0 to the member's code-line
 // dictionary, so the order decides what later scans see.
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "chm/help_topics.h"
 #include "doccomments/code_reader.h"
@@ -67,18 +69,21 @@ std::string ParameterNote(CRessource& res, const SourceParameter& p) {
 // report-set values.
 std::string ParameterRow(CRessource& res, const SourceParameter& p,
                          const std::string& file_prefix) {
-  std::string row = res.MemberInhaltMitte();
-  vb::ReplaceAll(row, "&&&FS_MemberInhaltMitte_ParameterName&&&", p.Name + "&nbsp;");
-  vb::ReplaceAll(row, "&&&FS_MemberInhaltMitte_ParameterTyp&&&", p.Type);
-  vb::ReplaceAll(row, "&&&FS_MemberInhaltMitte_ParameterBeschreibung&&&", p.Description);
-  vb::ReplaceAll(row, "&&&FS_MemberInhaltMitte_Erforderlich&&&",
-                 LanguageText(res, p.Optional ? "&&&FS_MemberInhaltMitte_ErforderlichNein&&&"
-                                              : "&&&FS_MemberInhaltMitte_ErforderlichJa&&&"));
-  vb::ReplaceAll(
-      row, "&&&FS_MemberInhaltMitte_Uebergabe&&&",
+  const std::string name = p.Name + "&nbsp;";
+  const std::string required =
+      LanguageText(res, p.Optional ? "&&&FS_MemberInhaltMitte_ErforderlichNein&&&"
+                                   : "&&&FS_MemberInhaltMitte_ErforderlichJa&&&");
+  const std::string passing =
       LanguageText(res, p.Passing == "ByVal" ? "&&&FS_MemberInhaltMitte_UebergabeByVal&&&"
-                                             : "&&&FS_MemberInhaltMitte_UebergabeByRef&&&"));
-  vb::ReplaceAll(row, "&&&FS_MemberInhaltMitte_ParameterAnmerkung&&&", ParameterNote(res, p));
+                                             : "&&&FS_MemberInhaltMitte_UebergabeByRef&&&");
+  const std::string note = ParameterNote(res, p);
+  std::string row = res.MemberInhaltMitte();
+  ReplaceEachInOrder(row, {{"&&&FS_MemberInhaltMitte_ParameterName&&&", name},
+                           {"&&&FS_MemberInhaltMitte_ParameterTyp&&&", p.Type},
+                           {"&&&FS_MemberInhaltMitte_ParameterBeschreibung&&&", p.Description},
+                           {"&&&FS_MemberInhaltMitte_Erforderlich&&&", required},
+                           {"&&&FS_MemberInhaltMitte_Uebergabe&&&", passing},
+                           {"&&&FS_MemberInhaltMitte_ParameterAnmerkung&&&", note}});
   FillSpecificLanguage(row, res);
   FillPlaceHolders(row, res, file_prefix);
   return row;
@@ -128,28 +133,18 @@ std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
     FillPlaceHolders(top, res, file_prefix);
     FillPlaceHolders(bottom, res, file_prefix);
 
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_AnwendungsName&&&", ProjektName);
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_KlassenName&&&", ModulName);
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_Title&&&", member.Name);
-    if (is_header) {
-      vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberTyp&&&", "");
-      vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberName&&&", "");
-    } else {
-      const std::string kind =
+    // The readers and language texts run in their fixed order first; the
+    // member's own tokens then go into each template in one pass, in the
+    // order a replace-all per token would take.
+    std::string kind;
+    if (!is_header) {
+      kind =
           member.Kind == "OutEvent" ? LanguageText(res, "&&&Allgemein_OutEvent&&&") : member.Kind;
-      vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberTyp&&&", kind);
-      vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", scope_word);
-      vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberName&&&", member.Name);
     }
-
     summary.GetSummary(member);
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberSummary&&&", summary.SumaryContent());
     code.SetGetAsPraeformated(true);
     code.GetCode(member);
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_ExampleCode&&&", code.CodeContent());
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", scope_word);
     const std::string return_type = is_header_any_case ? "" : member.ReturnType;
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_MemberRueckgabe&&&", return_type);
 
     std::string rows;
     const int32_t count = member.Parameters.Count();
@@ -162,13 +157,34 @@ std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
     const std::string form = vb::Trim(member.PropertyForm);
     if (count > 0 && form != "Set" && form != "Let") syntax += ")";
 
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_Syntax&&&", is_header_any_case ? "" : syntax);
-    vb::ReplaceAll(bottom, "&&&FS_MemberInhaltUnten_MemberRueckgabe&&&", return_type);
+    std::vector<TokenReplacement> top_tokens = {
+        {"&&&FS_MemberInhaltOben_AnwendungsName&&&", ProjektName},
+        {"&&&FS_MemberInhaltOben_KlassenName&&&", ModulName},
+        {"&&&FS_MemberInhaltOben_Title&&&", member.Name},
+        {"&&&FS_MemberInhaltOben_MemberTyp&&&", kind}};
+    if (!is_header)
+      top_tokens.push_back({"&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", scope_word});
+    top_tokens.push_back(
+        {"&&&FS_MemberInhaltOben_MemberName&&&", is_header ? std::string_view() : member.Name});
+    const std::string summary_text = summary.SumaryContent();
+    const std::string code_text = code.CodeContent();
+    top_tokens.insert(
+        top_tokens.end(),
+        {{"&&&FS_MemberInhaltOben_MemberSummary&&&", summary_text},
+         {"&&&FS_MemberInhaltOben_ExampleCode&&&", code_text},
+         {"&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", scope_word},
+         {"&&&FS_MemberInhaltOben_MemberRueckgabe&&&", return_type},
+         {"&&&FS_MemberInhaltOben_Syntax&&&", is_header_any_case ? std::string_view() : syntax}});
+    ReplaceEachInOrder(top, top_tokens);
+
     remarks.GetRemarks(member);
     returns.GetReturns(member);
-    vb::ReplaceAll(bottom, "&&&FS_MemberInhaltUnten_MemberRemarks&&&", remarks.RemarksContent());
-    vb::ReplaceAll(bottom, "&&&FS_MemberInhaltUnten_RueckgabeBeschreibung&&&",
-                   returns.ReturnsContent());
+    const std::string remarks_text = remarks.RemarksContent();
+    const std::string returns_text = returns.ReturnsContent();
+    ReplaceEachInOrder(bottom,
+                       {{"&&&FS_MemberInhaltUnten_MemberRueckgabe&&&", return_type},
+                        {"&&&FS_MemberInhaltUnten_MemberRemarks&&&", remarks_text},
+                        {"&&&FS_MemberInhaltUnten_RueckgabeBeschreibung&&&", returns_text}});
     result = top + rows + bottom;
   });
   return result;
