@@ -100,11 +100,11 @@ bool CopyCodeLinesIfTagged(vb::Dictionary& from, vb::Dictionary& to, std::string
   for (int32_t i = 1; i <= n; ++i) {
     const std::string& line = from.Item(i);
     if (tagged || !IsDocumentationLine(line)) continue;
-    const std::string lower = vb::LCase(line);
-    tagged = vb::InStr(lower, open) > 0 || vb::InStr(lower, close) > 0;
+    tagged = vb::InStrLCase(line, open) > 0 || vb::InStrLCase(line, close) > 0;
   }
   // The first pass added any absent key, so these reads change nothing.
   if (tagged) {
+    to.Reserve(to.Count() + n);
     for (int32_t i = 1; i <= n; ++i) to.Add(i, from.Item(i));
   }
   return tagged;

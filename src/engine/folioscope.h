@@ -64,10 +64,6 @@ class CFolioscope {
  private:
   // Tests drive the private page writers and the help-file state directly.
   friend class CFolioscopeTestPeer;
-  // Tests of the help project reach its writers and working texts.
-  friend class CFolioscopeChmPeer;
-  // Tests of the module and member pages reach their writers.
-  friend class CFolioscopePagePeer;
 
   // engine/folioscope.cc
   void CheckOfReady();

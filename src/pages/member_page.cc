@@ -120,13 +120,13 @@ std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
 
     std::string intern_description;
     if (ShowVBInternDescription > 0) intern_description = member.Description;
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_InternDescription&&&", intern_description);
     std::string help_context;
     if (ShowHelpContextID > 0) {
       help_context = LanguageText(res, "&&&FS_MemberInhaltOben_HelpKontextID&&&") + " " +
                      vb::CStr(member.HelpContextId);
     }
-    vb::ReplaceAll(top, "&&&FS_MemberInhaltOben_HelpKontextID&&&", help_context);
+    ReplaceEachInOrder(top, {{"&&&FS_MemberInhaltOben_InternDescription&&&", intern_description},
+                             {"&&&FS_MemberInhaltOben_HelpKontextID&&&", help_context}});
 
     FillSpecificLanguage(top, res);
     FillSpecificLanguage(bottom, res);

@@ -35,13 +35,19 @@ void ReplaceOneByOne(std::string& text, const std::vector<TokenReplacement>& rep
 class TokenTable {
  public:
   explicit TokenTable(const std::vector<TokenReplacement>& replacements) {
-    by_name_.reserve(replacements.size());
+    names_.reserve(replacements.size());
     for (const auto& r : replacements) {
       if (!IsWholeToken(r.key) || r.value.find(kTokenMark) != std::string_view::npos) return;
       const std::string_view name =
           r.key.substr(kTokenMark.size(), r.key.size() - 2 * kTokenMark.size());
       for (char c : name) name_char_[static_cast<unsigned char>(c)] = true;
-      by_name_.emplace(name, r.value);
+      names_.push_back({name, r.value});
+    }
+    // A page's own handful of tokens is searched in a list; the report
+    // set's dictionaries are worth a hash.
+    if (names_.size() > kListedNames) {
+      by_name_.reserve(names_.size());
+      for (const TokenReplacement& n : names_) by_name_.emplace(n.key, n.value);
     }
     usable_ = true;
   }
@@ -49,12 +55,21 @@ class TokenTable {
   bool usable() const { return usable_; }
   bool IsNameChar(char c) const { return name_char_[static_cast<unsigned char>(c)]; }
   const std::string_view* ValueOf(std::string_view name) const {
+    if (names_.size() <= kListedNames) {
+      for (const TokenReplacement& n : names_) {
+        if (n.key == name) return &n.value;
+      }
+      return nullptr;
+    }
     auto it = by_name_.find(name);
     return it == by_name_.end() ? nullptr : &it->second;
   }
 
  private:
+  static constexpr size_t kListedNames = 16;
+
   bool usable_ = false;
+  std::vector<TokenReplacement> names_;  // key is the token name here
   std::array<bool, 256> name_char_{};
   std::unordered_map<std::string_view, std::string_view> by_name_;
 };
