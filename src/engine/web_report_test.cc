@@ -183,6 +183,21 @@ TEST_F(WebReportTest, MissingHelpCompilerIsReportedOnlyInHelpFileMode) {
   EXPECT_THAT(OutFiles(), ElementsAre("logo.gif", "style.css"));
 }
 
+// Module and member pages of a whole-project save are written behind the
+// page builder; a page that cannot be written is still reported before
+// SaveReport returns, for the procedure that built it, and the pages after
+// it are written.
+TEST_F(WebReportTest, UnwritablePagesAreReportedBeforeTheSaveEnds) {
+  std::filesystem::create_directories(OutDir() / "modKasse.htm");
+  std::filesystem::create_directories(OutDir() / "CBon_DoIt.htm");
+  auto report = MakeReport();
+  EXPECT_EQ(report->SaveReport(0), 0);
+  EXPECT_EQ(NewFaults(), 2);
+  EXPECT_EQ(CErrorHandler::Instance().Member(), "   Prozedur: WriteMemberContentSite");
+  EXPECT_EQ(CErrorHandler::Instance().Modul(), "CFolioscope");
+  EXPECT_THAT(OutFiles(), IsSupersetOf({"modKasse_DoIt.htm", "CBon.htm", "Projekt.htm"}));
+}
+
 TEST_F(WebReportTest, FailedCopyNamesBothPathsAndStops) {
   std::filesystem::remove(AppDir() / "Res" / "Mini" / "style.css");
   auto report = MakeWriter();
