@@ -15,6 +15,7 @@
 
 #include "cli/host.h"
 #include "cli/output_folder.h"
+#include "cli/project_left_to_exit.h"
 #include "engine/folioscope.h"
 #include "infra/text_encoding.h"
 #include "model/vb6_reader.h"
@@ -56,6 +57,7 @@ void RunChm(Host& host, const ChmOptions& options) {
     host.exit_status = kExitUsage;
     return;
   }
+  const ProjectLeftToExit leave_project(read.project);
   if (!ClaimOutputFolder(host, options.output, options.force)) return;
   CFolioscope report;
   report.Projekt = read.project.get();

@@ -18,6 +18,7 @@
 #include "cli/host.h"
 #include "cli/output_folder.h"
 #include "cli/progress_bar.h"
+#include "cli/project_left_to_exit.h"
 #include "engine/folioscope.h"
 #include "engine/fs_communicator.h"
 #include "infra/text_encoding.h"
@@ -82,6 +83,7 @@ void RunReport(Host& host, const ReportOptions& o) {
     host.exit_status = kExitUsage;
     return;
   }
+  const ProjectLeftToExit leave_project(read.project);
   if (!ClaimOutputFolder(host, OutputFolder(o.output), o.force)) return;
   SourceProject& project = *read.project;
   CFolioscope report;
