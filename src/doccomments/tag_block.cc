@@ -104,7 +104,7 @@ bool CopyCodeLinesIfTagged(vb::Dictionary& from, vb::Dictionary& to, std::string
   }
   // The first pass added any absent key, so these reads change nothing.
   if (tagged) {
-    to.Reserve(to.Count() + n);
+    to.Reserve(to.Count() + n + 1);  // the scans that follow add key 0
     for (int32_t i = 1; i <= n; ++i) to.Add(i, from.Item(i));
   }
   return tagged;

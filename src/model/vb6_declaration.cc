@@ -1,6 +1,7 @@
 #include "model/vb6_declaration.h"
 
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 
 #include "infra/vb_runtime.h"
@@ -290,28 +291,49 @@ bool EqualsIgnoringAsciiCase(std::string_view word, std::string_view upper) {
   return true;
 }
 
+bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> upper_words) {
+  for (std::string_view upper : upper_words) {
+    if (EqualsIgnoringAsciiCase(word, upper)) return true;
+  }
+  return false;
+}
+
+// The next run of word characters from `*pos`, after blanks; empty when
+// another character comes first.
+std::string_view NextWord(std::string_view statement, size_t* pos) {
+  size_t start = *pos;
+  while (start < statement.size() && IsBlankChar(statement[start])) ++start;
+  size_t end = start;
+  while (end < statement.size() && IsWordChar(static_cast<unsigned char>(statement[end]))) ++end;
+  *pos = end;
+  return statement.substr(start, end - start);
+}
+
 // Most statements of a module are plain code. Without a ':' a statement
-// has one segment, and only a first word from this list can begin a
-// procedure head, an event or a procedure end; any other first word makes
-// the statement kOther, or kBlank when it is empty, a comment or Rem.
+// has one segment; it can only be a procedure head or event when, behind
+// any scope words, its word is Sub, Function, Event or Property, and only a
+// procedure end when it is End followed by Sub, Function or Property. Any
+// other statement is kOther, or kBlank when it is empty, a comment or Rem.
+// The words are read as the full parse reads them, less a type suffix, so
+// a statement is only ever sent on to the full parse when in doubt.
 // Returns nullopt when the full parse must decide.
 std::optional<StatementKind> KindOfPlainStatement(std::string_view statement) {
   if (statement.find(':') != std::string_view::npos) return std::nullopt;
-  size_t start = 0;
-  while (start < statement.size() && IsBlankChar(statement[start])) ++start;
-  if (start == statement.size() || statement[start] == '\'') return StatementKind::kBlank;
-  size_t end = start;
-  while (end < statement.size() && IsWordChar(static_cast<unsigned char>(statement[end]))) ++end;
-  const std::string_view word = statement.substr(start, end - start);
-  static constexpr std::string_view kLeadingWords[] = {
-      "PUBLIC", "PRIVATE", "FRIEND", "STATIC", "SUB", "FUNCTION", "EVENT", "PROPERTY", "END"};
-  for (std::string_view leading : kLeadingWords) {
-    if (EqualsIgnoringAsciiCase(word, leading)) return std::nullopt;
+  size_t pos = 0;
+  while (pos < statement.size() && IsBlankChar(statement[pos])) ++pos;
+  if (pos == statement.size() || statement[pos] == '\'') return StatementKind::kBlank;
+  const std::string_view first = NextWord(statement, &pos);
+  if (EqualsIgnoringAsciiCase(first, "END")) {
+    if (IsOneOf(NextWord(statement, &pos), {"SUB", "FUNCTION", "PROPERTY"})) return std::nullopt;
+    return StatementKind::kOther;
   }
-  if (EqualsIgnoringAsciiCase(word, "REM")) {
-    const char next = end < statement.size() ? statement[end] : ' ';
+  if (EqualsIgnoringAsciiCase(first, "REM")) {
+    const char next = pos < statement.size() ? statement[pos] : ' ';
     if (IsBlankChar(next) || next == '\'') return StatementKind::kBlank;
   }
+  std::string_view word = first;
+  while (IsOneOf(word, {"PUBLIC", "PRIVATE", "FRIEND", "STATIC"})) word = NextWord(statement, &pos);
+  if (IsOneOf(word, {"SUB", "FUNCTION", "EVENT", "PROPERTY"})) return std::nullopt;
   return StatementKind::kOther;
 }
 

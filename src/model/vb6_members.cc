@@ -112,7 +112,9 @@ void CopyLines(const std::vector<CodeLine>& lines, size_t first, size_t count,
                SourceMember* member) {
   member->FirstLine = static_cast<int32_t>(first + 1);
   member->LineCount = static_cast<int32_t>(count);
-  member->CodeLines.Reserve(static_cast<int32_t>(count));
+  // One more: the doc-comment scans read key 0 of every member's lines,
+  // which adds it.
+  member->CodeLines.Reserve(static_cast<int32_t>(count) + 1);
   for (size_t k = 0; k < count; ++k) {
     member->CodeLines.Add(static_cast<int32_t>(k + 1), lines[first + k].text);
   }

@@ -304,6 +304,13 @@ TEST(Vb6Declaration, StatementKinds) {
       {"#If Win32 Then", StatementKind::kOther, ""},
       {" \t ", StatementKind::kBlank, ""},
       {"Static Function F()", StatementKind::kProcedure, "F"},
+      {"Private Static Sub S()", StatementKind::kProcedure, "S"},
+      {"Private mKonto As CKonto", StatementKind::kOther, ""},
+      {"Static n As Long", StatementKind::kOther, ""},
+      {"Public$ Sub X()", StatementKind::kOther, ""},
+      {"End'x", StatementKind::kOther, ""},
+      {"end   PROPERTY", StatementKind::kProcedureEnd, ""},
+      {"End With", StatementKind::kOther, ""},
   };
   for (const Case& c : cases) {
     const ParsedStatement parsed = ParseStatement(c.statement);
