@@ -88,6 +88,9 @@ TEST(DictionaryKeys, LineDictionaryThenScanKeys) {
   EXPECT_EQ(ErrorOf([&] { d.Add(3, "again"); }), kKeyAlreadyAssociated);
   EXPECT_EQ(ErrorOf([&] { d.Add(0, "again"); }), kKeyAlreadyAssociated);
   EXPECT_EQ(ErrorOf([&] { d.Add(6, "again"); }), kKeyAlreadyAssociated);
+  d.Add(std::string("1"), "string");  // a text key is another key
+  EXPECT_EQ(d.Item(std::string("1")), "string");
+  EXPECT_EQ(d.Item(1), "line 1");
 
   d.RemoveAll();
   EXPECT_EQ(d.Count(), 0);
@@ -98,6 +101,7 @@ TEST(DictionaryKeys, LineDictionaryThenScanKeys) {
   EXPECT_EQ(d.ItemAt(0), "two");
   EXPECT_EQ(d.Item(-1), "");
   EXPECT_EQ(d.Count(), 3);
+  EXPECT_EQ(ErrorOf([] { Dictionary().KeyAt(0); }), kSubscriptOutOfRange);
 }
 
 // Random operations over a small key space, so that present and absent,

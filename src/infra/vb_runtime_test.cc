@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "infra/dictionary.h"
-
 namespace vb {
 namespace {
 
@@ -99,41 +97,6 @@ TEST(VbErrors, GermanDescriptions) {
             "erhalb des g\xFCltigen Bereichs");
   EXPECT_EQ(RuntimeError(457).description(),
             "Dieser Schl\xFCssel ist bereits einem Element dieser Auflistung zugeordnet");
-}
-
-TEST(VbDictionary, ReadingAnAbsentKeyAddsIt) {
-  Dictionary d;
-  d.Add(1, "first");
-  d.Add(2, "second");
-  EXPECT_EQ(d.Count(), 2);
-  EXPECT_EQ(d.Item(0), "");  // the scan's key 0
-  EXPECT_EQ(d.Count(), 3);
-  EXPECT_EQ(d.KeyAt(2).long_value(), 0);
-  EXPECT_EQ(d.Item(1), "first");
-  EXPECT_EQ(d.Count(), 3);
-}
-
-TEST(VbDictionary, KeysAreTypedOrderedAndUnique) {
-  Dictionary d;
-  d.Add(1, "long");
-  d.Add(std::string("1"), "string");
-  EXPECT_EQ(d.Count(), 2);
-  EXPECT_EQ(d.Item(1), "long");
-  EXPECT_EQ(d.Item(std::string("1")), "string");
-  EXPECT_EQ(d.ItemAt(1), "string");
-  try {
-    d.Add(1, "again");
-    FAIL();
-  } catch (const RuntimeError& e) {
-    EXPECT_EQ(e.number(), kKeyAlreadyAssociated);
-  }
-  d.SetItem(1, "changed");
-  EXPECT_EQ(d.ItemAt(0), "changed");
-  EXPECT_EQ(ErrorOf([] {
-              Dictionary e;
-              e.KeyAt(0);
-            }),
-            kSubscriptOutOfRange);
 }
 
 }  // namespace
