@@ -1,15 +1,14 @@
 #include "cli/output_folder.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "cli/host.h"
+#include "infra/test_folder.h"
 
 namespace folioscope {
 namespace {
@@ -18,20 +17,6 @@ namespace fs = std::filesystem;
 
 class OutputFolderTest : public ::testing::Test {
  protected:
-  OutputFolderTest()
-      : root_(fs::temp_directory_path() /
-              ("fs_output_folder_" + std::to_string(::getpid()) + "_" +
-               ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
-    fs::remove_all(root_);
-    fs::create_directories(root_);
-  }
-  ~OutputFolderTest() override { fs::remove_all(root_); }
-
-  void Touch(const fs::path& path, const std::string& text = "x") {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-  }
-
   // Runs the folioscope command line in this process (as main does) with
   // the build tree as application folder and a settings file of its own;
   // returns the exit status and keeps what went to stderr.
@@ -61,7 +46,8 @@ class OutputFolderTest : public ::testing::Test {
     return status;
   }
 
-  fs::path root_;
+  TestFolder folder_;
+  const fs::path root_ = folder_.path();
   std::string stderr_;
 };
 
@@ -71,16 +57,16 @@ TEST_F(OutputFolderTest, FolderStatesAndTheFirstForeignEntry) {
     OutputFolderState::Kind kind;
     const char* first_foreign;
   };
-  Touch(root_ / "marked" / kReportMarkerName);
-  Touch(root_ / "marked" / "Projekt.htm");
-  Touch(root_ / "marker-only" / kReportMarkerName);
-  Touch(root_ / "foreign" / "thesis.tex");
-  Touch(root_ / "foreign" / "Projekt.htm");
-  Touch(root_ / "foreign" / "zz.txt");
+  folder_.Write(std::string("marked/") + kReportMarkerName, "x");
+  folder_.Write("marked/Projekt.htm", "x");
+  folder_.Write(std::string("marker-only/") + kReportMarkerName, "x");
+  folder_.Write("foreign/thesis.tex", "x");
+  folder_.Write("foreign/Projekt.htm", "x");
+  folder_.Write("foreign/zz.txt", "x");
   fs::create_directories(root_ / "subfolder-only" / "src");
-  Touch(root_ / "dotfile-only" / ".git");
+  folder_.Write("dotfile-only/.git", "x");
   fs::create_directories(root_ / "empty");
-  Touch(root_ / "a-file");
+  folder_.Write("a-file", "x");
   const Case cases[] = {
       {"missing", OutputFolderState::kFree, ""},
       {"empty", OutputFolderState::kFree, ""},
@@ -111,8 +97,8 @@ TEST_F(OutputFolderTest, FolderStatesAndTheFirstForeignEntry) {
 TEST_F(OutputFolderTest, WritingCommandsRefuseForeignFoldersUnlessForced) {
   const std::string project = std::string(FOLIOSCOPE_SOURCE_DIR) + "/examples/Kontor/Kontor.vbp";
   const std::string out = (root_ / "out").string();
-  Touch(root_ / "out" / "Projekt.htm", "my own page");
-  Touch(root_ / "out" / "notes.txt", "mine");
+  folder_.Write("out/Projekt.htm", "my own page");
+  folder_.Write("out/notes.txt", "mine");
 
   for (const char* command : {"report", "chm"}) {
     SCOPED_TRACE(command);
@@ -121,8 +107,7 @@ TEST_F(OutputFolderTest, WritingCommandsRefuseForeignFoldersUnlessForced) {
     EXPECT_NE(stderr_.find("'Projekt.htm'"), std::string::npos) << stderr_;
     EXPECT_NE(stderr_.find("--force"), std::string::npos) << stderr_;
   }
-  std::ifstream page(root_ / "out" / "Projekt.htm");
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(page), {}), "my own page");
+  EXPECT_EQ(TestFolder::Read(root_ / "out" / "Projekt.htm"), "my own page");
   EXPECT_FALSE(fs::exists(root_ / "out" / kReportMarkerName));
 
   EXPECT_EQ(Run({"report", project, "-o", out, "--force"}), kExitDone) << stderr_;
@@ -137,7 +122,7 @@ TEST_F(OutputFolderTest, WritingCommandsRefuseForeignFoldersUnlessForced) {
   EXPECT_EQ(Run({"report", project, "-o", (root_ / "new").string()}), kExitDone) << stderr_;
   EXPECT_TRUE(fs::exists(root_ / "new" / kReportMarkerName));
   EXPECT_TRUE(fs::exists(root_ / "new" / "Projekt.htm"));
-  Touch(root_ / "plain-file");
+  folder_.Write("plain-file", "x");
   EXPECT_EQ(Run({"report", project, "-o", (root_ / "plain-file").string(), "--force"}), kExitUsage);
   EXPECT_NE(stderr_.find("is not a folder"), std::string::npos) << stderr_;
 

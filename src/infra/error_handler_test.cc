@@ -4,38 +4,26 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "infra/recording_platform.h"
+#include "infra/test_folder.h"
 
 namespace folioscope {
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string ReadAll(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 class ErrorHandlerTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    folder_ = fs::temp_directory_path() / ("fs_errh_" + std::to_string(::getpid()));
-    fs::remove_all(folder_);
     fs::create_directories(folder_ / "app");
     platform_.application_folder = (folder_ / "app").string();
     platform_.fallback_log_folder = (folder_ / "state").string();
     platform_.last_system_error = 87;
   }
-  void TearDown() override {
-    fs::permissions(folder_ / "app", fs::perms::owner_all);
-    fs::remove_all(folder_);
-  }
-  fs::path folder_;
+  void TearDown() override { fs::permissions(folder_ / "app", fs::perms::owner_all); }
+  TestFolder scratch_;
+  const fs::path folder_ = scratch_.path();
   RecordingPlatform platform_;
 };
 
@@ -62,7 +50,7 @@ TEST_F(ErrorHandlerTest, ReportTextLogAndDialog) {
 
   // The log grows by appending; a second fault never truncates the first.
   h.Report(vb::RuntimeError(6), "GetProjektSite", 0, "Hinweistext", "CFolioscope");
-  std::string log = ReadAll(fs::path(app) / "ErrorLog.txt");
+  std::string log = TestFolder::Read(fs::path(app) / "ErrorLog.txt");
   std::string first_entry =
       "Anwendung folioscope, Version 1.0.0  verursachte folgenden Fehler:\r\n"
       "Datum/Zeit: 23.11.2026 12:00:00\r\n\r\n" +

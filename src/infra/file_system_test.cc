@@ -1,11 +1,10 @@
 #include "infra/file_system.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 
+#include "infra/test_folder.h"
 #include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
 
@@ -15,13 +14,12 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST(FileHelpers, ExistenceTestsReadAndWrite) {
-  fs::path dir = fs::temp_directory_path() / ("fs_files_" + std::to_string(::getpid()));
-  fs::remove_all(dir);
-  fs::create_directories(dir / "sub");
-  std::ofstream(dir / "empty.txt").close();
-  std::ofstream(dir / "data.bin", std::ios::binary) << std::string("\xE4\x00\xFF", 3);
+  TestFolder folder;
+  fs::create_directories(folder.path() / "sub");
+  folder.Write("empty.txt", "");
+  folder.Write("data.bin", std::string("\xE4\x00\xFF", 3));
   CFileSystem files;
-  const std::string d = dir.string();
+  const std::string d = folder.path().string();
   EXPECT_TRUE(files.IsOrdnerVorhanden(d + "/sub"));
   EXPECT_FALSE(files.IsOrdnerVorhanden(d + "/sub/"));
   EXPECT_FALSE(files.IsOrdnerVorhanden(d + "\\sub\\"));
@@ -50,7 +48,6 @@ TEST(FileHelpers, ExistenceTestsReadAndWrite) {
   } catch (const vb::RuntimeError& e) {
     EXPECT_EQ(e.number(), vb::kPathNotFound);
   }
-  fs::remove_all(dir);
 }
 
 TEST(TextEncoding, Windows1252RoundTrip) {

@@ -1,11 +1,11 @@
 #include "infra/path_guard.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
+
+#include "infra/test_folder.h"
 
 namespace folioscope {
 namespace {
@@ -63,17 +63,13 @@ TEST(PathGuard, SafeRelativePaths) {
 
 class ResolveInsideTest : public ::testing::Test {
  protected:
-  ResolveInsideTest()
-      : root_(fs::temp_directory_path() / ("fs_path_guard_" + std::to_string(::getpid()))) {
-    fs::remove_all(root_);
-    fs::create_directories(root_ / "base" / "sub");
-    fs::create_directories(root_ / "outside");
-    std::ofstream(root_ / "outside" / "secret.txt") << "secret";
-    std::ofstream(root_ / "base" / "sub" / "in.txt") << "in";
+  ResolveInsideTest() {
+    folder_.Write("outside/secret.txt", "secret");
+    folder_.Write("base/sub/in.txt", "in");
   }
-  ~ResolveInsideTest() override { fs::remove_all(root_); }
   std::string Base() const { return (root_ / "base").string(); }
-  fs::path root_;
+  TestFolder folder_;
+  const fs::path root_ = folder_.path();
 };
 
 TEST_F(ResolveInsideTest, JoinsNamesBelowTheBase) {

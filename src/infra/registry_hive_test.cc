@@ -1,14 +1,13 @@
 #include "infra/registry_hive.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "infra/file_system.h"
 #include "infra/hive_file_settings.h"
 #include "infra/registry.h"
+#include "infra/test_folder.h"
 
 namespace folioscope {
 namespace {
@@ -170,20 +169,10 @@ TEST(RegistryHive, MalformedLinesNameFileAndLine) {
 
 class HiveFileTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    dir_ = std::filesystem::temp_directory_path() /
-           ("hive_test_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    std::filesystem::remove_all(dir_);
-    path_ = (dir_ / "sub" / "registry.reg").string();
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-  static std::string Slurp(const std::string& p) {
-    std::ifstream in(p, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }
-  std::filesystem::path dir_;
-  std::string path_;
+  static std::string Slurp(const std::string& p) { return TestFolder::Read(p); }
+  TestFolder folder_;
+  const std::filesystem::path dir_ = folder_.path();
+  const std::string path_ = (dir_ / "sub" / "registry.reg").string();
 };
 
 TEST_F(HiveFileTest, WritesKeepOtherKeysAndCreateTheFolder) {
@@ -252,8 +241,7 @@ TEST_F(HiveFileTest, AReadGroupLooksForOutsideChangesOnceAndTheNextReadLooksAgai
 }
 
 TEST_F(HiveFileTest, UnreadableFileIsReportedAndNeverOverwritten) {
-  std::filesystem::create_directories(dir_ / "sub");
-  std::ofstream(path_, std::ios::binary) << "not a hive\n";
+  folder_.Write("sub/registry.reg", "not a hive\n");
   HiveFileSettings hive(path_);
   EXPECT_FALSE(hive.Load());
   EXPECT_EQ(path_ + ":1: not a registry file (expected \"Windows Registry Editor Version 5.00\")",

@@ -7,10 +7,10 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+#include "infra/test_folder.h"
 #include "model/vb6_reader.h"
 
 namespace folioscope {
@@ -20,20 +20,11 @@ namespace fs = std::filesystem;
 
 class HostileInput : public ::testing::Test {
  protected:
-  HostileInput()
-      : folder_(fs::temp_directory_path() /
-                ("hostile_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                 "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  ~HostileInput() override { fs::remove_all(folder_); }
-
   // Writes `lines`, each ended with CR LF.
   std::string Write(const std::string& name, const std::vector<std::string>& lines) const {
-    std::ofstream out(folder_ / name, std::ios::binary);
-    for (const auto& line : lines) out << line << "\r\n";
-    return (folder_ / name).string();
+    std::string text;
+    for (const auto& line : lines) text += line + "\r\n";
+    return folder_.Write(name, text);
   }
 
   // Reads the project and checks that it took far less than a quadratic
@@ -54,7 +45,7 @@ class HostileInput : public ::testing::Test {
     return texts;
   }
 
-  fs::path folder_;
+  TestFolder folder_;
 };
 
 std::string ParameterList(const std::string& prefix, int count) {
@@ -116,8 +107,8 @@ TEST_F(HostileInput, DesignerBlocksAndProjectEntriesThatLeadNowhere) {
   const std::string open =
       Write("Open.frm", {"VERSION 5.00", "Begin VB.Form Open", "Begin VB.Frame X",
                          "Attribute VB_Name = \"Open\"", "Public Sub O()", "End Sub"});
-  fs::create_directories(folder_ / "Dir.bas");
-  const std::string vbp = (folder_ / "P.vbp").string();
+  fs::create_directories(folder_.path() / "Dir.bas");
+  const std::string vbp = (folder_.path() / "P.vbp").string();
   Write("P.vbp", {"Type=Exe", "Form=Deep.frm", "Form=Open.frm", "Module=Self; P.vbp",
                   "Module=Dir; Dir.bas", "Module=Self2; p.VBP"});
 

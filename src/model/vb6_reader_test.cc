@@ -5,40 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+#include "infra/test_folder.h"
 #include "model/vb6_declaration.h"
 
 namespace folioscope {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A fresh folder per test; files are written byte for byte.
-class TempFolder {
- public:
-  TempFolder() {
-    path_ = fs::temp_directory_path() /
-            ("h3_reader_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-             "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(path_);
-    fs::create_directories(path_);
-  }
-  ~TempFolder() { fs::remove_all(path_); }
-
-  std::string Write(const std::string& name, const std::string& bytes) const {
-    const fs::path file = path_ / name;
-    fs::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << bytes;
-    return file.string();
-  }
-  std::string path() const { return path_.string(); }
-
- private:
-  fs::path path_;
-};
 
 // Lines joined with CR LF, each line ended.
 std::string Crlf(const std::vector<std::string>& lines) {
@@ -61,13 +37,13 @@ std::vector<std::string> MemberNames(const SourceModule& module) {
   return names;
 }
 
-ModuleReadResult ReadText(const TempFolder& folder, const std::string& bytes,
+ModuleReadResult ReadText(const TestFolder& folder, const std::string& bytes,
                           const std::string& file = "Test.cls") {
   return ReadModuleFile(folder.Write(file, bytes), "Class", "Test");
 }
 
 TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
-  TempFolder folder;
+  TestFolder folder;
   // A form: Object= lines, nested Begin blocks with BeginProperty sections.
   const std::string form = Crlf({
       "VERSION 5.00",
@@ -125,7 +101,7 @@ TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
 }
 
 TEST(Vb6Members, LineRangesFollowTheIde) {
-  TempFolder folder;
+  TestFolder folder;
   const std::string text = Crlf({
       "Attribute VB_Name = \"CRange\"",
       "Option Explicit",                         // 1
@@ -175,7 +151,7 @@ TEST(Vb6Members, LineRangesFollowTheIde) {
 }
 
 TEST(Vb6Members, StatementsThatLookLikeDeclarations) {
-  TempFolder folder;
+  TestFolder folder;
   const std::string text = Crlf({
       "Attribute VB_Name = \"modTricky\"",
       "Private Declare Function GetTickCount Lib \"kernel32\" () As Long",
@@ -327,7 +303,7 @@ TEST(Vb6Declaration, StatementKinds) {
 }
 
 TEST(Vb6Members, BadNamesAndDuplicatesAreReported) {
-  TempFolder folder;
+  TestFolder folder;
   const std::string text = Crlf({
       "Attribute VB_Name = \"CBad\"",
       "Public Sub [Mein Name]()",
@@ -353,7 +329,7 @@ TEST(Vb6Members, BadNamesAndDuplicatesAreReported) {
 }
 
 TEST(Vb6Reader, GarbageNeverCrashes) {
-  TempFolder folder;
+  TestFolder folder;
   std::string binary;
   for (int i = 0; i < 4096; ++i) binary += static_cast<char>((i * 131 + 7) % 256);
   const std::vector<std::string> inputs = {
@@ -385,14 +361,14 @@ TEST(Vb6Reader, GarbageNeverCrashes) {
     ProjectReadResult read = ReadProject(folder.Write("g.vbp", vbp));
     EXPECT_TRUE(read.project);
   }
-  ProjectReadResult missing = ReadProject(folder.path() + "/none.vbp");
+  ProjectReadResult missing = ReadProject((folder.path() / "none.vbp").string());
   EXPECT_FALSE(missing.project);
   ASSERT_EQ(missing.diagnostics.size(), 1u);
   EXPECT_EQ(missing.diagnostics[0].severity, DiagnosticSeverity::kError);
 }
 
 TEST(Vb6Reader, ProjectFileOrderPathsAndMissingModules) {
-  TempFolder folder;
+  TestFolder folder;
   folder.Write("Sub/Module1.BAS", "Attribute VB_Name = \"modEins\"\r\nSub Main()\r\nEnd Sub\r\n");
   folder.Write("cZwei.cls", "VERSION 1.0 CLASS\r\nBEGIN\r\nEND\r\nOption Explicit\r\n");
   folder.Write(
@@ -420,7 +396,7 @@ TEST(Vb6Reader, ProjectFileOrderPathsAndMissingModules) {
   EXPECT_EQ(p.Components.Item(1).Kind, "Class");
   EXPECT_EQ(p.Components.Item(2).Name, "modEins");
   EXPECT_EQ(p.Components.Item(2).RelativePath, "sub\\module1.bas");
-  EXPECT_EQ(fs::path(p.Components.Item(2).FilePath), fs::path(folder.path()) / "Sub/Module1.BAS");
+  EXPECT_EQ(fs::path(p.Components.Item(2).FilePath), folder.path() / "Sub/Module1.BAS");
   EXPECT_EQ(p.Components.Item(3).Name, "frmDrei");
   EXPECT_EQ(p.Components.Item(3).Kind, "Form");
   EXPECT_EQ(p.Modules.Item("CZWEI").Members.Count(), 1);
