@@ -170,72 +170,53 @@ TEST(ComModelTest, ReadCostsOneInvokePerPropertyAndOneCallForAllLines) {
 }
 
 TEST(ComModelTest, FaultsNameThePlaceAndKeepTheCallersOwnErrors) {
+  // Each case makes the caller's object (a member unless `module`).
   struct Case {
     const char* what;
-    std::function<void()> read;
+    std::function<IDispatch*()> make;
     int32_t number;
     std::string place;
+    bool module = false;
   };
-  auto member_with = [](const wchar_t* name, VARIANT value) {
+  auto member_with = [](const wchar_t* name, VARIANT value) -> IDispatch* {
     return NewMember(L"M", {L"a"})->Set(name, value);
   };
-  auto module_with_members = [](std::vector<IDispatch*> members) {
-    return Bag::New()
-        ->Set(L"Name", Text(L"modA"))
-        ->Set(L"CodeLines", Object(NewLines({})))
-        ->Set(L"Members", ArrayOf(members));
+  auto real = [](double value) {
+    VARIANT v;
+    V_VT(&v) = VT_R8;
+    V_R8(&v) = value;
+    return v;
   };
   const Case cases[] = {
-      {"Nothing", [] { CallerMember::Read(nullptr); }, 424, "SourceMember"},
-      {"no Name",
-       [] {
-         Ref<IDispatch> m(Bag::New());
-         CallerMember::Read(m.get());
-       },
-       438, "Name"},
-      {"CodeLines Nothing",
-       [&] {
-         Ref<IDispatch> m(member_with(L"CodeLines", Object(nullptr)));
-         CallerMember::Read(m.get());
-       },
-       424, "CodeLines"},
-      {"text for a Long",
-       [&] {
-         Ref<IDispatch> m(member_with(L"FirstLine", Text(L"zehn")));
-         CallerMember::Read(m.get());
-       },
-       13, "FirstLine"},
-      {"object for a text",
-       [&] {
-         Ref<IDispatch> m(member_with(L"Kind", Object(Bag::New())));
-         CallerMember::Read(m.get());
-       },
-       13, "Kind"},
-      {"scalar for a collection",
-       [&] {
-         Ref<IDispatch> m(member_with(L"Parameters", Long(3)));
-         CallerMember::Read(m.get());
-       },
-       13, "Parameters"},
+      {"Nothing", [] { return nullptr; }, 424, "SourceMember"},
+      {"no Name", [] { return Bag::New(); }, 438, "Name"},
+      {"CodeLines Nothing", [&] { return member_with(L"CodeLines", Object(nullptr)); }, 424,
+       "CodeLines"},
+      {"text for a Long", [&] { return member_with(L"FirstLine", Text(L"zehn")); }, 13,
+       "FirstLine"},
+      {"object for a text", [&] { return member_with(L"Kind", Object(Bag::New())); }, 13, "Kind"},
+      {"scalar for a collection", [&] { return member_with(L"Parameters", Long(3)); }, 13,
+       "Parameters"},
+      {"Long overflow", [&] { return member_with(L"LineCount", real(1e12)); }, 6, "LineCount"},
       {"nested missing CodeLines",
-       [&] {
-         Ref<IDispatch> m(module_with_members(
-             {NewMember(L"Header", {}), Bag::New()->Set(L"Name", Text(L"DoIt"))}));
-         CallerModule::Read(m.get());
+       [] {
+         return Bag::New()
+             ->Set(L"Name", Text(L"modA"))
+             ->Set(L"CodeLines", Object(NewLines({})))
+             ->Set(L"Members",
+                   ArrayOf({NewMember(L"Header", {}), Bag::New()->Set(L"Name", Text(L"DoIt"))}));
        },
-       438, "Members(2).CodeLines"},
-      {"Long overflow",
-       [&] {
-         VARIANT big;
-         V_VT(&big) = VT_R8;
-         V_R8(&big) = 1e12;
-         Ref<IDispatch> m(member_with(L"LineCount", big));
-         CallerMember::Read(m.get());
-       },
-       6, "LineCount"},
+       438, "Members(2).CodeLines", true},
   };
   for (const Case& c : cases) {
-    const vb::RuntimeError e = ErrorOf(c.read);
+    Ref<IDispatch> object(c.make());
+    const vb::RuntimeError e = ErrorOf([&] {
+      if (c.module) {
+        CallerModule::Read(object.get());
+      } else {
+        CallerMember::Read(object.get());
+      }
+    });
     EXPECT_EQ(e.number(), c.number) << c.what;
     EXPECT_NE(e.description().find(c.place), std::string::npos)
         << c.what << ": " << e.description();

@@ -105,7 +105,16 @@ class ReportClassesTest : public testing::Test {
     }
   }
 
-  void SetUp() override { ASSERT_NE(get_class_object_, nullptr) << "DLL not loaded"; }
+  void SetUp() override {
+    ASSERT_NE(get_class_object_, nullptr) << "DLL not loaded";
+    member_ = NewMember(&lines_, &parameter_);
+    ASSERT_NE(lines_, nullptr) << "no Scripting.Dictionary";
+  }
+  void TearDown() override {
+    if (member_) member_->Release();
+    if (parameter_) parameter_->Release();
+    if (lines_) lines_->Release();
+  }
 
   template <class I>
   I* Create(REFCLSID clsid, REFIID iid) {
@@ -113,6 +122,11 @@ class ReportClassesTest : public testing::Test {
   }
 
   static std::string ErrorLog() { return ReadFileBytes(folder_ + L"\\ErrorLog.txt"); }
+
+  // The member DoIt(a), its code-line dictionary and its parameter.
+  Bag* member_ = nullptr;
+  IDispatch* lines_ = nullptr;
+  Bag* parameter_ = nullptr;
 
   static std::wstring folder_;
   static HMODULE module_;
@@ -139,27 +153,19 @@ TEST_F(ReportClassesTest, ReportObjectStoresItsProperties) {
   BSTR back = nullptr;
   EXPECT_EQ(report->get_PlainPath(&back), S_OK);
   EXPECT_EQ(Take(back), path);
-  text = SysAllocString(L"Kontor");
-  report->put_ProjektName(text);
-  SysFreeString(text);
-  report->get_ProjektName(&back);
-  EXPECT_EQ(Take(back), L"Kontor");
 
   // Projekt keeps the caller's object itself, by Set or by plain put.
-  IDispatch* lines = nullptr;
-  Bag* parameter = nullptr;
-  Bag* project = NewMember(&lines, &parameter);
-  EXPECT_EQ(report->putref_Projekt(project), S_OK);
+  EXPECT_EQ(report->putref_Projekt(member_), S_OK);
   IDispatch* stored = nullptr;
   EXPECT_EQ(report->get_Projekt(&stored), S_OK);
-  EXPECT_EQ(stored, static_cast<IDispatch*>(project));
+  EXPECT_EQ(stored, static_cast<IDispatch*>(member_));
   if (stored) stored->Release();
   EXPECT_EQ(report->putref_Projekt(nullptr), S_OK);
   report->get_Projekt(&stored);
   EXPECT_EQ(stored, nullptr);
-  EXPECT_EQ(report->put_Projekt(project), S_OK);
+  EXPECT_EQ(report->put_Projekt(member_), S_OK);
   report->get_Projekt(&stored);
-  EXPECT_EQ(stored, static_cast<IDispatch*>(project));
+  EXPECT_EQ(stored, static_cast<IDispatch*>(member_));
   if (stored) stored->Release();
 
   // Null result pointers are refused before anything runs.
@@ -167,18 +173,11 @@ TEST_F(ReportClassesTest, ReportObjectStoresItsProperties) {
   EXPECT_EQ(report->GetProjektSite(nullptr), E_POINTER);
 
   report->Release();  // releases the project held in Projekt
-  project->Release();
-  parameter->Release();
-  lines->Release();
 }
 
 TEST_F(ReportClassesTest, ReadersWriteBackIntoTheCallersObjects) {
-  IDispatch* lines = nullptr;
-  Bag* parameter = nullptr;
-  Bag* member = NewMember(&lines, &parameter);
-  ASSERT_NE(lines, nullptr) << "no Scripting.Dictionary";
-  const LONG count = DictionaryCount(lines);
-  IDispatch* member_argument = member;
+  const LONG count = DictionaryCount(lines_);
+  IDispatch* member_argument = member_;
 
   // The scan adds key 0 to the caller's own dictionary.
   _CSummary* summary = Create<_CSummary>(CLSID_CSummary, IID__CSummary);
@@ -189,15 +188,15 @@ TEST_F(ReportClassesTest, ReadersWriteBackIntoTheCallersObjects) {
   BSTR content = nullptr;
   summary->get_SumaryContent(&content);
   EXPECT_EQ(Take(content), L"Adds two values.");
-  EXPECT_TRUE(DictionaryHas(lines, 0));
-  EXPECT_EQ(DictionaryCount(lines), count + 1);
-  EXPECT_EQ(member_argument, static_cast<IDispatch*>(member));  // the reference is left alone
+  EXPECT_TRUE(DictionaryHas(lines_, 0));
+  EXPECT_EQ(DictionaryCount(lines_), count + 1);
+  EXPECT_EQ(member_argument, static_cast<IDispatch*>(member_));  // the reference is left alone
 
   // CParam writes the description into the caller's parameter object.
   _CParam* param = Create<_CParam>(CLSID_CParam, IID__CParam);
   ASSERT_NE(param, nullptr);
   EXPECT_EQ(param->GetParam(&member_argument, &status), S_OK);
-  const VARIANT* description = parameter->Find(L"Description");
+  const VARIANT* description = parameter_->Find(L"Description");
   ASSERT_NE(description, nullptr);
   ASSERT_EQ(V_VT(description), VT_BSTR);
   EXPECT_STREQ(V_BSTR(description), L"the first value");
@@ -219,22 +218,16 @@ TEST_F(ReportClassesTest, ReadersWriteBackIntoTheCallersObjects) {
   code->Release();
   param->Release();
   summary->Release();
-  member->Release();
-  parameter->Release();
-  lines->Release();
 }
 
 TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
-  IDispatch* lines = nullptr;
-  Bag* parameter = nullptr;
-  Bag* member = NewMember(&lines, &parameter);
   _CCodeFormat* format = Create<_CCodeFormat>(CLSID_CCodeFormat, IID__CCodeFormat);
   ASSERT_NE(format, nullptr);
   IDispatch* dispatch = format;
 
   // A script passes its variables as references to VARIANTs.
-  VARIANT member_variable = Object(member);
-  member->AddRef();
+  VARIANT member_variable = Object(member_);
+  member_->AddRef();
   VARIANT start_variable;
   VariantInit(&start_variable);
   V_VT(&start_variable) = VT_I2;  // an Integer: converted for the call, not written back
@@ -264,10 +257,10 @@ TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
   EXPECT_EQ(V_VT(&result), VT_I4);
   // Endline 0 means the last line; the variable receives it.
   ASSERT_EQ(V_VT(&end_variable), VT_I4);
-  EXPECT_EQ(V_I4(&end_variable), DictionaryCount(lines) - 1);
+  EXPECT_EQ(V_I4(&end_variable), DictionaryCount(lines_) - 1);
   EXPECT_EQ(V_VT(&start_variable), VT_I2);
   EXPECT_EQ(V_VT(&member_variable), VT_DISPATCH);
-  EXPECT_EQ(V_DISPATCH(&member_variable), static_cast<IDispatch*>(member));
+  EXPECT_EQ(V_DISPATCH(&member_variable), static_cast<IDispatch*>(member_));
   BSTR html = nullptr;
   format->get_FormatedCode(&html);
   EXPECT_NE(Take(html).find(L"DoIt = a + 1"), std::wstring::npos);
@@ -284,8 +277,8 @@ TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
   EXPECT_STREQ(V_BSTR(&end_variable), L"kein Wert");
 
   // Values (literals, parenthesised expressions) still pass.
-  std::vector<VARIANT> values = {Long(-1), Long(0), Long(1), Object(member)};
-  member->AddRef();
+  std::vector<VARIANT> values = {Long(-1), Long(0), Long(1), Object(member_)};
+  member_->AddRef();
   DISPPARAMS value_params = {values.data(), nullptr, 4, 0};
   VariantClear(&result);
   EXPECT_EQ(dispatch->Invoke(0x60030000, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
@@ -299,16 +292,10 @@ TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
   VariantClear(&member_variable);
   VariantClear(&end_variable);
   format->Release();
-  member->Release();
-  parameter->Release();
-  lines->Release();
 }
 
 TEST_F(ReportClassesTest, UnreadableCallerObjectsGiveNeutralResults) {
-  IDispatch* lines = nullptr;
-  Bag* parameter = nullptr;
-  Bag* member = NewMember(&lines, &parameter);
-  IDispatch* member_argument = member;
+  IDispatch* member_argument = member_;
   _CSummary* summary = Create<_CSummary>(CLSID_CSummary, IID__CSummary);
   ASSERT_NE(summary, nullptr);
   LONG status = -1;
@@ -359,9 +346,6 @@ TEST_F(ReportClassesTest, UnreadableCallerObjectsGiveNeutralResults) {
   report->Release();
   nameless->Release();
   summary->Release();
-  member->Release();
-  parameter->Release();
-  lines->Release();
 }
 
 }  // namespace
