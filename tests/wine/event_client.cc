@@ -169,15 +169,8 @@ struct Event {
 };
 
 std::wstring Name(DISPID id) {
-  switch (id) {
-    case 1:
-      return L"Message";
-    case 2:
-      return L"OnReportStart";
-    case 3:
-      return L"OnReportWorks";
-  }
-  return L"event " + std::to_wstring(id);
+  static const wchar_t* const kNames[] = {L"Message", L"OnReportStart", L"OnReportWorks"};
+  return id >= 1 && id <= 3 ? kNames[id - 1] : L"event " + std::to_wstring(id);
 }
 
 class Sink : public IDispatch {
@@ -250,6 +243,19 @@ class Sink : public IDispatch {
   ULONG references_ = 1;
 };
 
+// The communicator's default source interface, as IProvideClassInfo2 names it.
+IID SourceInterface(IDispatch* communicator) {
+  IID events = IID_NULL;
+  IProvideClassInfo2* class_info = nullptr;
+  if (SUCCEEDED(communicator->QueryInterface(IID_IProvideClassInfo2,
+                                             reinterpret_cast<void**>(&class_info)))) {
+    class_info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events);
+    class_info->Release();
+  }
+  Check(events != IID_NULL, L"IProvideClassInfo2 names the default source interface");
+  return events;
+}
+
 // Connects `sink` to the communicator's default source interface; returns
 // the connection point (to disconnect later) and sets `cookie`.
 IConnectionPoint* Connect(IDispatch* communicator, Sink& sink, DWORD* cookie) {
@@ -259,15 +265,7 @@ IConnectionPoint* Connect(IDispatch* communicator, Sink& sink, DWORD* cookie) {
   Check(SUCCEEDED(hr), L"communicator is a connection-point container");
   if (FAILED(hr)) return nullptr;
   IConnectionPoint* point = nullptr;
-  IID events = IID_NULL;
-  IProvideClassInfo2* class_info = nullptr;
-  if (SUCCEEDED(communicator->QueryInterface(IID_IProvideClassInfo2,
-                                             reinterpret_cast<void**>(&class_info)))) {
-    class_info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events);
-    class_info->Release();
-  }
-  Check(events != IID_NULL, L"IProvideClassInfo2 names the default source interface");
-  hr = container->FindConnectionPoint(events, &point);
+  hr = container->FindConnectionPoint(SourceInterface(communicator), &point);
   Check(SUCCEEDED(hr), L"connection point of the source interface: " + Describe(hr));
   container->Release();
   if (FAILED(hr)) return nullptr;
@@ -327,13 +325,7 @@ void Run(const wchar_t* project_path, const wchar_t* output) {
   IDispatch* reader = Create(L"VBFolioscope.CProjektReader");
   if (communicator == nullptr || logger == nullptr || reader == nullptr) return;
 
-  IID events = IID_NULL;
-  IProvideClassInfo2* class_info = nullptr;
-  if (SUCCEEDED(communicator->QueryInterface(IID_IProvideClassInfo2,
-                                             reinterpret_cast<void**>(&class_info)))) {
-    class_info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events);
-    class_info->Release();
-  }
+  const IID events = SourceInterface(communicator);
   Sink sink(L"first", events);
   DWORD cookie = 0;
   IConnectionPoint* point = Connect(communicator, sink, &cookie);
