@@ -470,39 +470,40 @@ void CheckChannel(Server& server) {
   b->Release();
 }
 
-// Sets a value of the report settings for a scope and puts the old one back.
-class ScopedReportSetting {
+std::wstring ReadDefault(HKEY root, const std::wstring& path, const wchar_t* name = nullptr) {
+  wchar_t value[MAX_PATH] = {};
+  DWORD size = sizeof(value);
+  if (RegGetValueW(root, path.c_str(), name, RRF_RT_REG_SZ, nullptr, value, &size) !=
+      ERROR_SUCCESS) {
+    return L"<missing>";
+  }
+  return value;
+}
+
+// Sets ReportPath of the report settings for a scope and puts the old
+// value back (or removes it when there was none).
+class ScopedReportPath {
  public:
-  ScopedReportSetting(const wchar_t* name, const wchar_t* value) : name_(name) {
-    RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key_,
-                    nullptr);
-    wchar_t old[MAX_PATH] = {};
-    DWORD size = sizeof(old);
-    had_value_ = RegQueryValueExW(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(old),
-                                  &size) == ERROR_SUCCESS;
-    old_ = old;
+  explicit ScopedReportPath(const wchar_t* value)
+      : old_(ReadDefault(HKEY_CURRENT_USER, kKey, L"ReportPath")) {
     Set(value);
   }
-  ScopedReportSetting(const ScopedReportSetting&) = delete;
-  ScopedReportSetting& operator=(const ScopedReportSetting&) = delete;
-  ~ScopedReportSetting() {
-    if (had_value_) {
-      Set(old_.c_str());
+  ScopedReportPath(const ScopedReportPath&) = delete;
+  ScopedReportPath& operator=(const ScopedReportPath&) = delete;
+  ~ScopedReportPath() {
+    if (old_ == L"<missing>") {
+      RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, L"ReportPath");
     } else {
-      RegDeleteValueW(key_, name_);
+      Set(old_.c_str());
     }
-    RegCloseKey(key_);
   }
 
  private:
   static constexpr const wchar_t* kKey = L"Software\\Quillon\\Config\\CurrentReport";
-  void Set(const wchar_t* value) {
-    RegSetValueExW(key_, name_, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
-                   static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
+  static void Set(const wchar_t* value) {
+    RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"ReportPath", REG_SZ, value,
+                    static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
   }
-  const wchar_t* name_;
-  HKEY key_ = nullptr;
-  bool had_value_ = false;
   std::wstring old_;
 };
 
@@ -510,7 +511,7 @@ class ScopedReportSetting {
 // dictionaries are still Scripting.Dictionary objects, read as the same
 // object each time until another is assigned, and DDMemberUnten can be set.
 void CheckRessource(Server& server) {
-  const ScopedReportSetting no_set(L"ReportPath", L"");
+  const ScopedReportPath no_set(L"");
   IDispatch* ressource = server.Create<IDispatch>(CLSID_CRessource, IID_IDispatch);
   CHECK(ressource != nullptr, "CRessource creatable");
   if (ressource == nullptr) return;
@@ -568,16 +569,6 @@ void CheckUnloading(Server& server) {
                                 reinterpret_cast<void**>(&unknown_class)) ==
             CLASS_E_CLASSNOTAVAILABLE,
         "a foreign class id");
-}
-
-std::wstring ReadDefault(HKEY root, const std::wstring& path, const wchar_t* name = nullptr) {
-  wchar_t value[MAX_PATH] = {};
-  DWORD size = sizeof(value);
-  if (RegGetValueW(root, path.c_str(), name, RRF_RT_REG_SZ, nullptr, value, &size) !=
-      ERROR_SUCCESS) {
-    return L"<missing>";
-  }
-  return value;
 }
 
 // Registers machine-wide, then for the current user only; each time the
