@@ -1,11 +1,9 @@
 #include "reportsets/report_sets.h"
 
-#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "engine/fs_communicator.h"
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
 #include "infra/vb_runtime.h"
@@ -14,32 +12,14 @@
 namespace folioscope {
 namespace {
 
-class LogRecorder : public CFSCommunicatorEvents {
- public:
-  void OnReportStart(int32_t&) override {}
-  void OnReportWorks(int32_t&, std::string&, bool&) override {}
-  void Message(std::string& desc, int32_t& icon) override {
-    logs.push_back(desc);
-    icons.push_back(icon);
-  }
-  std::vector<std::string> logs;
-  std::vector<int32_t> icons;
-};
-
 class Catalogue : public ::testing::Test {
  protected:
-  Catalogue() : platform_(app_.path()), scoped_(&platform_) {
-    channel_ = std::make_shared<CFSCommunicator>();
-    channel_->AddListener(&log_);
-    SetProgressChannel(channel_);
-  }
-  ~Catalogue() override { SetProgressChannel(nullptr); }
+  Catalogue() : platform_(app_.path()), scoped_(&platform_) {}
 
   ScratchAppFolder app_;
   RecordingPlatform platform_;
   ScopedPlatform scoped_;
-  std::shared_ptr<CFSCommunicator> channel_;
-  LogRecorder log_;
+  ProgressLog log_;
 };
 
 int32_t RaisedNumber(const std::function<void()>& f) {

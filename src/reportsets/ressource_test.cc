@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
@@ -22,18 +21,6 @@ namespace folioscope {
 namespace {
 
 namespace fs = std::filesystem;
-
-class LogRecorder : public CFSCommunicatorEvents {
- public:
-  void OnReportStart(int32_t&) override {}
-  void OnReportWorks(int32_t&, std::string&, bool&) override {}
-  void Message(std::string& desc, int32_t& icon) override {
-    logs.push_back(desc);
-    icons.push_back(icon);
-  }
-  std::vector<std::string> logs;
-  std::vector<int32_t> icons;
-};
 
 void ChooseSet(RecordingPlatform& platform, const std::string& path, const std::string& language) {
   CRegistry registry(&platform.registry);
@@ -204,10 +191,7 @@ TEST_F(MiniSet, EmptyDescriptionIsReported) {
 // Names in IndexComment.ini and the ReportPath setting never lead a read out
 // of Res, whatever they hold; each refusal is logged and the set not loaded.
 TEST_F(MiniSet, NamesLeadingOutOfResAreNeverRead) {
-  LogRecorder log;
-  auto channel = std::make_shared<CFSCommunicator>();
-  channel->AddListener(&log);
-  SetProgressChannel(channel);
+  ProgressLog log;
   // A decoy outside Res that would load fine if it were read.
   const fs::path app(app_.path());
   std::ofstream(app / "outside.htm", std::ios::binary)
@@ -242,7 +226,6 @@ TEST_F(MiniSet, NamesLeadingOutOfResAreNeverRead) {
     EXPECT_EQ(log.icons[0], kIconFailure);
     EXPECT_NE(log.logs[0].find("'" + path + "'"), std::string::npos);
   }
-  SetProgressChannel(nullptr);
 }
 
 TEST_F(MiniSet, DuplicateKeyIsAFaultOfTheLoadStep) {

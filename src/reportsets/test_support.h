@@ -1,5 +1,6 @@
 // Helpers for the report-set tests: a scratch application folder with a
-// Res subfolder, written files and encrypted report-set files.
+// Res subfolder, written files and encrypted report-set files, and a
+// progress channel that keeps its messages.
 #ifndef FOLIOSCOPE_REPORTSETS_TEST_SUPPORT_H_
 #define FOLIOSCOPE_REPORTSETS_TEST_SUPPORT_H_
 
@@ -7,8 +8,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
+#include <vector>
 
+#include "engine/fs_communicator.h"
 #include "reportsets/winapi_crypt.h"
 
 namespace folioscope {
@@ -44,6 +48,31 @@ class ScratchAppFolder {
  private:
   static inline int counter_ = 0;
   std::filesystem::path path_;
+};
+
+// Registers a fresh progress channel for its lifetime and keeps what
+// reaches it as Message.
+class ProgressLog : public CFSCommunicatorEvents {
+ public:
+  ProgressLog() : channel_(std::make_shared<CFSCommunicator>()) {
+    channel_->AddListener(this);
+    SetProgressChannel(channel_);
+  }
+  ~ProgressLog() override { SetProgressChannel(nullptr); }
+  ProgressLog(const ProgressLog&) = delete;
+  ProgressLog& operator=(const ProgressLog&) = delete;
+
+  void OnReportStart(int32_t&) override {}
+  void OnReportWorks(int32_t&, std::string&, bool&) override {}
+  void Message(std::string& desc, int32_t& icon) override {
+    logs.push_back(desc);
+    icons.push_back(icon);
+  }
+  std::vector<std::string> logs;
+  std::vector<int32_t> icons;
+
+ private:
+  std::shared_ptr<CFSCommunicator> channel_;
 };
 
 }  // namespace folioscope
