@@ -1,12 +1,10 @@
 // Test support for the doc-comment readers: a recording platform in a
-// temporary application folder, a registered progress channel whose
+// scratch application folder, a registered progress channel whose
 // messages are kept, and member builders.
 #ifndef FOLIOSCOPE_DOCCOMMENTS_READER_TEST_SUPPORT_H_
 #define FOLIOSCOPE_DOCCOMMENTS_READER_TEST_SUPPORT_H_
 
 #include <gtest/gtest.h>
-
-#include <unistd.h>
 
 #include <filesystem>
 #include <map>
@@ -19,6 +17,7 @@
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
+#include "infra/test_folder.h"
 #include "model/source_model.h"
 
 namespace folioscope {
@@ -47,30 +46,21 @@ class MessageRecorder : public CFSCommunicatorEvents {
 // Installs the platform and the channel for one test.
 class ReaderTest : public ::testing::Test {
  protected:
-  ReaderTest()
-      : folder_(std::filesystem::temp_directory_path() /
-                ("fs_reader_test_" + std::to_string(::getpid()) + "_" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name())),
-        platform_(folder_.string()),
-        scoped_(&platform_) {
-    std::filesystem::create_directories(folder_);
+  ReaderTest() : platform_(folder_.string()), scoped_(&platform_) {
     channel_ = std::make_shared<CFSCommunicator>();
     channel_->AddListener(&recorder_);
     SetProgressChannel(channel_);
     reports_before_ = CErrorHandler::Instance().ReportCount();
   }
-  ~ReaderTest() override {
-    SetProgressChannel(nullptr);
-    std::error_code ec;
-    std::filesystem::remove_all(folder_, ec);
-  }
+  ~ReaderTest() override { SetProgressChannel(nullptr); }
 
   int64_t FaultsReported() const {
     return CErrorHandler::Instance().ReportCount() - reports_before_;
   }
   const std::vector<LoggedMessage>& Messages() const { return recorder_.messages; }
 
-  std::filesystem::path folder_;
+  TestFolder scratch_;
+  const std::filesystem::path folder_ = scratch_.path();
   RecordingPlatform platform_;
   ScopedPlatform scoped_;
   std::shared_ptr<CFSCommunicator> channel_;
