@@ -97,17 +97,22 @@ bool CopyCodeLinesIfTagged(vb::Dictionary& from, vb::Dictionary& to, std::string
                            std::string_view close) {
   const int32_t n = from.Count();
   bool tagged = false;
+  int32_t first_doc = n + 1;
+  int32_t last_doc = 0;
   for (int32_t i = 1; i <= n; ++i) {
     const std::string& line = from.Item(i);
-    if (tagged || !IsDocumentationLine(line)) continue;
-    tagged = vb::InStrLCase(line, open) > 0 || vb::InStrLCase(line, close) > 0;
+    if (!IsDocumentationLine(line)) continue;
+    if (first_doc > n) first_doc = i;
+    last_doc = i;
+    if (!tagged) tagged = vb::InStrLCase(line, open) > 0 || vb::InStrLCase(line, close) > 0;
   }
+  if (!tagged) return false;
   // The first pass added any absent key, so these reads change nothing.
-  if (tagged) {
-    to.Reserve(to.Count() + n + 1);  // the scans that follow add key 0
-    for (int32_t i = 1; i <= n; ++i) to.Add(i, from.Item(i));
+  to.Reserve(to.Count() + n + 1);  // the scans that follow add key 0
+  for (int32_t i = 1; i <= n; ++i) {
+    to.Add(i, i >= first_doc && i <= last_doc ? from.Item(i) : std::string());
   }
-  return tagged;
+  return true;
 }
 
 // Windows-1252 texts: \xFC is u-umlaut; \337 (sharp s) and \366 (o-umlaut) are octal

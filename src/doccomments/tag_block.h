@@ -78,7 +78,11 @@ void CopyCodeLines(vb::Dictionary& from, vb::Dictionary& to);
 // copies and returns true when one of the lines is a documentation line
 // holding either tag; otherwise copies nothing (every scan of the copy would
 // find nothing) and returns false. `from` is read as CopyCodeLines reads it,
-// absent keys included.
+// absent keys included. Lines before the first and after the last
+// documentation line are copied empty: the readers' scans match
+// documentation lines only and their blocks run from one tag line to
+// another, so nothing ever reads those lines' text, and a member's code
+// below its comment is not copied for nothing.
 bool CopyCodeLinesIfTagged(vb::Dictionary& from, vb::Dictionary& to, std::string_view open,
                            std::string_view close);
 
