@@ -340,11 +340,16 @@ std::optional<StatementKind> KindOfPlainStatement(std::string_view statement) {
 }  // namespace
 
 ParsedStatement ParseStatement(std::string_view statement) {
-  ParsedStatement out;
   if (const std::optional<StatementKind> kind = KindOfPlainStatement(statement)) {
+    ParsedStatement out;
     out.kind = *kind;
     return out;
   }
+  return ParseStatementFully(statement);
+}
+
+ParsedStatement ParseStatementFully(std::string_view statement) {
+  ParsedStatement out;
   const std::string code = StripComment(statement);
   if (code.empty()) {
     out.kind = StatementKind::kBlank;

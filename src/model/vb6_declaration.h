@@ -47,8 +47,13 @@ struct ParsedStatement {
 // statement), trimmed of blanks and tabs.
 std::string StripComment(std::string_view statement);
 
-// Reads one logical statement.
+// Reads one logical statement. Statements that cannot open or close a
+// procedure are recognised from their first words alone.
 ParsedStatement ParseStatement(std::string_view statement);
+
+// The same without that shortcut: every statement parsed in full. The two
+// always agree; tests compare them.
+ParsedStatement ParseStatementFully(std::string_view statement);
 
 // True for a name VB accepts as an identifier: a letter, then letters,
 // digits and underscores, at most 255 characters. Letters include the
