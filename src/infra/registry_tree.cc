@@ -2,27 +2,12 @@
 
 #include <string_view>
 
+#include "infra/text_encoding.h"
+
 namespace folioscope {
 
-namespace {
-
-// Key and value names compare case-insensitively in ASCII, as tolower() of
-// the "C" locale does, without a library call per character: every setting
-// read of every member page walks these names.
-char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-
-bool SameNameIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (AsciiLower(a[i]) != AsciiLower(b[i])) return false;
-  }
-  return true;
-}
-
-}  // namespace
-
 bool EqualsIgnoreCase(const std::string& a, const std::string& b) {
-  return SameNameIgnoringCase(a, b);
+  return EqualsIgnoringAsciiCase(a, b);
 }
 
 namespace {
@@ -134,7 +119,7 @@ RegistryTree::Node* RegistryTree::Find(uint32_t root, const std::string& path) {
     if (part.empty()) continue;
     Node* next = nullptr;
     for (auto& c : node->children) {
-      if (SameNameIgnoringCase(c->name, part)) {
+      if (EqualsIgnoringAsciiCase(c->name, part)) {
         next = c.get();
         break;
       }

@@ -16,6 +16,10 @@ std::string Cp1252ToUtf8(std::string_view text);
 // bytes are taken as Windows-1252 bytes.
 std::string Utf8ToCp1252(std::string_view text);
 
+// ASCII letters compare without case, every other byte exactly: the rule
+// for registry key and value names and for VB keywords.
+bool EqualsIgnoringAsciiCase(std::string_view a, std::string_view b);
+
 }  // namespace folioscope
 
 #endif  // FOLIOSCOPE_INFRA_TEXT_ENCODING_H_

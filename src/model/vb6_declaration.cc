@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <optional>
 
+#include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {
@@ -280,16 +281,6 @@ std::string StripComment(std::string_view statement) {
 }
 
 namespace {
-
-bool EqualsIgnoringAsciiCase(std::string_view word, std::string_view upper) {
-  if (word.size() != upper.size()) return false;
-  for (size_t i = 0; i < word.size(); ++i) {
-    char c = word[i];
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-    if (c != upper[i]) return false;
-  }
-  return true;
-}
 
 bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> upper_words) {
   for (std::string_view upper : upper_words) {
