@@ -56,7 +56,6 @@ std::vector<std::string> SplitInputLines(std::string_view text) {
 
 // What identifies one state of a file on disk.
 struct FileStamp {
-  bool folder = false;
   dev_t device = 0;
   ino_t inode = 0;
   off_t size = 0;
@@ -64,7 +63,7 @@ struct FileStamp {
   struct timespec changed {};
 
   bool operator==(const FileStamp& o) const {
-    return folder == o.folder && device == o.device && inode == o.inode && size == o.size &&
+    return device == o.device && inode == o.inode && size == o.size &&
            modified.tv_sec == o.modified.tv_sec && modified.tv_nsec == o.modified.tv_nsec &&
            changed.tv_sec == o.changed.tv_sec && changed.tv_nsec == o.changed.tv_nsec;
   }
@@ -73,7 +72,6 @@ struct FileStamp {
 bool StampOf(const std::string& path, FileStamp* stamp) {
   struct stat st {};
   if (::stat(NativePath(path).c_str(), &st) != 0) return false;
-  stamp->folder = S_ISDIR(st.st_mode);
   stamp->device = st.st_dev;
   stamp->inode = st.st_ino;
   stamp->size = st.st_size;
@@ -134,17 +132,9 @@ std::string CCodeFormat::KeywordFilePath() {
 void CCodeFormat::LoadKeywords() {
   Trap(kModule, "LoadKeywords", [&] {
     const std::string path = KeywordFilePath();
-    // One look at the file serves both questions: is it there (a file, not
-    // empty), and is it the one already parsed. A formatter is made per
-    // code example, so this runs once per member.
+    if (!file_system_.IsDateiVorhanden(path)) RestoreSourceFile();
     FileStamp stamp;
     bool stamped = StampOf(path, &stamp);
-    const bool present =
-        stamped && !stamp.folder && (static_cast<uint64_t>(stamp.size) & 0xFFFFFFFFu) != 0;
-    if (!present) {
-      RestoreSourceFile();
-      stamped = StampOf(path, &stamp);
-    }
     if (stamped) {
       if (auto cached = Cache<KeywordTable>().Find(path, stamp)) {
         keywords_ = std::move(cached);
