@@ -187,9 +187,8 @@ namespace {
 
 // One module line of the .vbp on its way into the project.
 struct ModuleToRead {
+  const ProjectEntry* entry = nullptr;
   std::string full_path;
-  std::string kind;
-  std::string fallback_name;
   std::string refusal;  // why the file is not read; empty when it is
   ModuleReadResult read;
   std::exception_ptr failure;  // what escaped the reader, passed on in order
@@ -205,7 +204,9 @@ void ReadModulesSideBySide(std::vector<ModuleToRead>& modules) {
       ModuleToRead& m = modules[k];
       if (!m.refusal.empty()) continue;
       try {
-        m.read = ReadModuleFile(m.full_path, m.kind, m.fallback_name);
+        const ProjectEntry& e = *m.entry;
+        m.read = ReadModuleFile(m.full_path, e.kind,
+                                e.name.empty() ? FileStem(e.relative_path) : e.name);
       } catch (...) {
         m.failure = std::current_exception();
       }
@@ -250,6 +251,7 @@ ProjectReadResult ReadProject(const std::string& path) {
   for (size_t k = 0; k < file.entries.size(); ++k) {
     const ProjectEntry& entry = file.entries[k];
     ModuleToRead& m = modules[k];
+    m.entry = &entry;
     m.full_path = ResolvePathCaseInsensitively(folder, entry.relative_path);
     std::error_code error;
     if (!fs::is_regular_file(m.full_path, error)) {
@@ -263,8 +265,6 @@ ProjectReadResult ReadProject(const std::string& path) {
           "bersprungen: " +
           entry.relative_path;
     }
-    m.kind = entry.kind;
-    m.fallback_name = entry.name.empty() ? FileStem(entry.relative_path) : entry.name;
   }
   ReadModulesSideBySide(modules);
 
