@@ -1,5 +1,6 @@
 #include "doccomments/code_reader.h"
 
+#include "doccomments/doc_findings.h"
 #include "doccomments/tag_block.h"
 #include "engine/fs_communicator.h"
 #include "format/code_format.h"
@@ -27,6 +28,7 @@ void ReportMissingTag(const char* which) {
 CCode::CCode() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
 
 int32_t CCode::GetCode(SourceMember& MemberContent) {
+  doccomments::NoteReaderStart(MemberContent, doccomments::kCodeTags);
   Trap("CCode", "GetCode", [&] {
     content_.clear();
     working_lines_.RemoveAll();
@@ -38,6 +40,8 @@ int32_t CCode::GetCode(SourceMember& MemberContent) {
       return;
     const int32_t b = GetCodeBegin();
     const int32_t e = GetCodeEnd();
+    doccomments::NoteBlockScan(doccomments::kCodeTags, b, e);
+    if (b > 0 && e > 0 && doccomments::WarningsWanted()) NoteTagLineText(b, e);
     if (b > 0 && e == 0) return ReportMissingTag("schlie\337endes");
     if (b == 0 && e > 0) return ReportMissingTag("\366ffnendes");
     if (b == 0 && e == 0) return;
@@ -64,6 +68,26 @@ int32_t CCode::GetCode(SourceMember& MemberContent) {
 int32_t CCode::GetCodeBegin() { return doccomments::FindTagLine(working_lines_, kCodeOpen); }
 
 int32_t CCode::GetCodeEnd() { return doccomments::FindTagLine(working_lines_, kCodeClose); }
+
+// Tells the sink what the example leaves out: the text on the tag lines
+// (the example is the lines between them), all of it when both tags share
+// one line.
+void CCode::NoteTagLineText(int32_t b, int32_t e) {
+  using doccomments::DocRule;
+  using doccomments::kCodeTags;
+  if (b == e) {
+    doccomments::NoteFinding({b, DocRule::kCodeOneLine, kCodeTags, ""});
+    return;
+  }
+  const std::string after_open =
+      doccomments::TextBehindTag(vb::Trim(working_lines_.Item(b)), kCodeTags.open);
+  if (!after_open.empty())
+    doccomments::NoteFinding({b, DocRule::kCodeOnTagLine, kCodeTags, after_open});
+  const std::string before_close =
+      doccomments::TextBeforeTag(vb::Trim(working_lines_.Item(e)), kCodeTags.close);
+  if (!before_close.empty())
+    doccomments::NoteFinding({e, DocRule::kCodeOnTagLine, kCodeTags, before_close});
+}
 
 // Joins the block b .. e of the working lines, emptying each line read. The
 // inner lines go in exactly as they stand, prefix and indent included.

@@ -23,6 +23,7 @@ class CCode {
   void GetCodeContent(int32_t b, int32_t e);
   std::string GetCodeBeginText(const std::string& line);
   static std::string GetCodeEndText(const std::string& line);
+  void NoteTagLineText(int32_t b, int32_t e);
 
   vb::Dictionary working_lines_;  // one call's copy of the code lines
   std::string tag_inner_;         // the opening tag's remainder; kept, not used

@@ -1,5 +1,6 @@
 #include "doccomments/param_reader.h"
 
+#include "doccomments/doc_findings.h"
 #include "doccomments/tag_block.h"
 #include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
@@ -8,6 +9,9 @@
 namespace folioscope {
 
 namespace {
+
+using doccomments::DocRule;
+using doccomments::kParamTags;
 
 constexpr std::string_view kParamOpen = "<param name";
 constexpr std::string_view kParamClose = "</param>";
@@ -20,16 +24,29 @@ void ReportMissingTag(const char* which) {
          kIconFailure);
 }
 
+// The name as the comment writes it: the tag remainder `="Value">` without
+// "=", ">" and one quotation mark (or apostrophe) on each side.
+std::string WrittenName(std::string_view tag_end) {
+  if (!tag_end.empty() && tag_end.front() == '=') tag_end.remove_prefix(1);
+  if (!tag_end.empty() && tag_end.back() == '>') tag_end.remove_suffix(1);
+  auto is_quote = [](char c) { return c == '"' || c == '\''; };
+  if (!tag_end.empty() && is_quote(tag_end.front())) tag_end.remove_prefix(1);
+  if (!tag_end.empty() && is_quote(tag_end.back())) tag_end.remove_suffix(1);
+  return std::string(tag_end);
+}
+
 }  // namespace
 
 CParam::CParam() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
 
 int32_t CParam::GetParam(SourceMember& MemberContent) {
+  doccomments::NoteReaderStart(MemberContent, kParamTags);
   Trap("CParam", "GetParam", [&] {
     working_lines_.RemoveAll();
     begin_from_ = 0;
     end_from_ = 0;
     first_parameter_.clear();
+    noted_names_.clear();
     if (vb::LCase(MemberContent.Name) == "header") return;
     // Without a tag line the first pass finds nothing and the call ends.
     if (!doccomments::CopyCodeLinesIfTagged(MemberContent.CodeLines, working_lines_, kParamOpen,
@@ -41,7 +58,10 @@ int32_t CParam::GetParam(SourceMember& MemberContent) {
       content_.clear();
       int32_t b = GetParamBegin();
       int32_t e = GetParamEnd();
+      doccomments::NoteBlockScan(kParamTags, b, e);
+      block_line_ = b;
       if (b >= 1 && e >= 1) GetParamContent(b, e);
+      doccomments::NoteBlockText(kParamTags, b, content_);
       if (b == 0 && e == 0) return;
       if (b > 0 && e == 0) return ReportMissingTag("schlie\337endes");
       if (b == 0 && e > 0) return ReportMissingTag("\366ffnendes");
@@ -78,6 +98,7 @@ void CParam::StoreDescription(SourceMember& MemberContent) {
     auto found = first_parameter_.find(parameter_name_);
     i = found == first_parameter_.end() ? params.Count() + 1 : found->second;
   }
+  if (doccomments::FindingSink() != nullptr) NoteStore(i > params.Count());
   params.Item(i).Description = content_;
 }
 
@@ -101,7 +122,28 @@ void CParam::GetParamContent(int32_t b, int32_t e) {
 }
 
 std::string CParam::GetParamBeginText(const std::string& line) {
-  return doccomments::TextBehindTagEnd(line, kParamOpen, &parameter_name_);
+  if (!doccomments::WarningsWanted()) {
+    return doccomments::TextBehindTagEnd(line, kParamOpen, &parameter_name_);
+  }
+  std::string tag_end;
+  std::string text = doccomments::TextBehindTagEnd(line, kParamOpen, &parameter_name_, &tag_end);
+  if (tag_end.empty()) {
+    doccomments::NoteFinding({block_line_, DocRule::kParamTagUnended, kParamTags, parameter_name_});
+  } else if (WrittenName(tag_end) != parameter_name_) {
+    doccomments::NoteFinding({block_line_, DocRule::kUnquotedName, kParamTags, parameter_name_});
+  }
+  return text;
+}
+
+// Tells the sink about the write that follows: to no parameter (the write
+// faults), or to one already written in this call.
+void CParam::NoteStore(bool unknown) {
+  if (unknown) {
+    doccomments::NoteFinding(
+        {block_line_, DocRule::kUnknownParameter, kParamTags, parameter_name_});
+  } else if (!noted_names_.insert(parameter_name_).second) {
+    doccomments::NoteFinding({block_line_, DocRule::kParameterTwice, kParamTags, parameter_name_});
+  }
 }
 
 std::string CParam::GetParamEndText(const std::string& line) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "model/source_model.h"
 
@@ -24,6 +25,7 @@ class CParam {
   std::string GetParamBeginText(const std::string& line);
   static std::string GetParamEndText(const std::string& line);
   void StoreDescription(SourceMember& MemberContent);
+  void NoteStore(bool unknown);
 
   vb::Dictionary working_lines_;  // one call's copy of the code lines
   // Where the next opening / closing tag scan may start: the lines below
@@ -35,6 +37,10 @@ class CParam {
   std::unordered_map<std::string, int32_t> first_parameter_;
   std::string content_;
   std::string parameter_name_;  // survives between blocks and calls
+  // For a lint only (doc_findings.h): the opening line of the block being
+  // read and the names written in this call.
+  int32_t block_line_ = 0;
+  std::unordered_set<std::string> noted_names_;
   bool diagnostic_mode_;
 };
 

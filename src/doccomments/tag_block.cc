@@ -48,11 +48,14 @@ std::string TextBeforeTag(std::string_view line, std::string_view close_tag) {
   return vb::Trim(vb::Right(front, Len(front) - Len(kDocPrefix)));
 }
 
-std::string TextBehindTagEnd(std::string_view line, std::string_view open_tag, std::string* inner) {
+std::string TextBehindTagEnd(std::string_view line, std::string_view open_tag, std::string* inner,
+                             std::string* tag_end) {
   std::string rest = TextBehindTag(line, open_tag);
   int64_t q = vb::InStr(rest, ">");
+  if (tag_end != nullptr) tag_end->clear();
   if (q == 0) return std::string();
   std::string raw = WithoutBlanks(vb::Trim(vb::Left(rest, q)));
+  if (tag_end != nullptr) *tag_end = raw;
   *inner = vb::Mid(raw, 3, Len(raw) - 4);
   return vb::Trim(vb::Right(rest, Len(rest) - q));
 }

@@ -29,6 +29,13 @@ struct TagPair {
   std::string_view word;
 };
 
+// The five blocks the readers read.
+inline constexpr TagPair kSummaryTags{"<summary>", "</summary>", "Summary"};
+inline constexpr TagPair kRemarksTags{"<remarks>", "</remarks>", "Remarks"};
+inline constexpr TagPair kReturnsTags{"<returns>", "</returns>", "Returns"};
+inline constexpr TagPair kParamTags{"<param name", "</param>", "Param"};
+inline constexpr TagPair kCodeTags{"<code>", "</code>", "Code"};
+
 // True when the blank-trimmed line begins with "'///".
 bool IsDocumentationLine(std::string_view line);
 
@@ -54,8 +61,11 @@ std::string TextBeforeTag(std::string_view line, std::string_view close_tag);
 // ">" in it the result is empty and `*inner` is not touched. Otherwise
 // `*inner` gets the blank-free tag remainder without its first two and last
 // two characters (the quoted name, taken by position) and the result is the
-// trimmed text behind the ">".
-std::string TextBehindTagEnd(std::string_view line, std::string_view open_tag, std::string* inner);
+// trimmed text behind the ">". A lint passes `tag_end` to see how the tag was
+// written: it gets the blank-free remainder up to and including the ">"
+// (such as `="Value">`), empty when no ">" follows.
+std::string TextBehindTagEnd(std::string_view line, std::string_view open_tag, std::string* inner,
+                             std::string* tag_end = nullptr);
 
 // Reads line `key` of a block. With `consume` set, the line is emptied in
 // `lines` right after it is read.

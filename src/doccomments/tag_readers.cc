@@ -1,31 +1,29 @@
 #include "doccomments/tag_readers.h"
 
+#include "doccomments/doc_findings.h"
 #include "doccomments/tag_block.h"
 #include "infra/error_handler.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {
 
-namespace {
-
-using doccomments::TagPair;
-
-constexpr TagPair kSummaryTags{"<summary>", "</summary>", "Summary"};
-constexpr TagPair kRemarksTags{"<remarks>", "</remarks>", "Remarks"};
-constexpr TagPair kReturnsTags{"<returns>", "</returns>", "Returns"};
-
-}  // namespace
+using doccomments::kRemarksTags;
+using doccomments::kReturnsTags;
+using doccomments::kSummaryTags;
 
 // --- CSummary ---------------------------------------------------------------
 
 CSummary::CSummary() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
 
 int32_t CSummary::GetSummary(SourceMember& MemberContent) {
+  doccomments::NoteReaderStart(MemberContent, kSummaryTags);
   Trap("CSummary", "GetSummary", [&] {
     content_.clear();
     int32_t b = GetSummaryBegin(MemberContent);
     int32_t e = GetSummaryEnd(MemberContent);
+    doccomments::NoteBlockScan(kSummaryTags, b, e);
     if (b >= 1 && e >= 1) GetSumaryContent(MemberContent, b, e);
+    doccomments::NoteBlockText(kSummaryTags, b, content_);
     doccomments::ReportBlockScan(kSummaryTags, MemberContent.Name, b, e, diagnostic_mode_);
   });
   return 0;
@@ -58,11 +56,14 @@ std::string CSummary::GetEndLine(const std::string& line) {
 CRemarks::CRemarks() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
 
 int32_t CRemarks::GetRemarks(SourceMember& MemberContent) {
+  doccomments::NoteReaderStart(MemberContent, kRemarksTags);
   Trap("CRemarks", "GetRemarks", [&] {
     content_.clear();
     int32_t b = GetRemarksBegin(MemberContent);
     int32_t e = GetRemarksEnd(MemberContent);
+    doccomments::NoteBlockScan(kRemarksTags, b, e);
     if (b >= 1 && e >= 1) GetRemarksContent(MemberContent, b, e);
+    doccomments::NoteBlockText(kRemarksTags, b, content_);
     doccomments::ReportBlockScan(kRemarksTags, MemberContent.Name, b, e, diagnostic_mode_);
   });
   return 0;
@@ -95,6 +96,7 @@ std::string CRemarks::GetEndLine(const std::string& line) {
 CReturns::CReturns() : diagnostic_mode_(doccomments::DiagnosticModeNow()) {}
 
 int32_t CReturns::GetReturns(SourceMember& MemberContent) {
+  doccomments::NoteReaderStart(MemberContent, kReturnsTags);
   Trap("CReturns", "GetReturns", [&] {
     content_.clear();
     // The declarations section and members without a value have no returns.
@@ -103,7 +105,9 @@ int32_t CReturns::GetReturns(SourceMember& MemberContent) {
     if (kind != "function" && kind != "property") return;
     int32_t b = GetReturnsBegin(MemberContent);
     int32_t e = GetReturnsEnd(MemberContent);
+    doccomments::NoteBlockScan(kReturnsTags, b, e);
     if (b >= 1 && e >= 1) GetReturnsContent(MemberContent, b, e);
+    doccomments::NoteBlockText(kReturnsTags, b, content_);
     doccomments::ReportBlockScan(kReturnsTags, MemberContent.Name, b, e, diagnostic_mode_);
   });
   return 0;

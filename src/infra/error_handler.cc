@@ -40,6 +40,23 @@ vb::RuntimeError AsRuntimeError(const std::exception& e) {
   return vb::RuntimeError(51, std::string("Interner Fehler: ") + e.what());
 }
 
+namespace {
+thread_local FaultObserver* fault_observer = nullptr;
+}  // namespace
+
+FaultObserver* CurrentFaultObserver() { return fault_observer; }
+
+FaultObserver* SetFaultObserver(FaultObserver* observer) {
+  FaultObserver* previous = fault_observer;
+  fault_observer = observer;
+  return previous;
+}
+
+void ReportTrappedFault(const vb::RuntimeError& error, const char* module, const char* procedure) {
+  if (fault_observer != nullptr && fault_observer->OnFault(error, module, procedure)) return;
+  CErrorHandler::Instance().Report(error, procedure, 0, "", module);
+}
+
 CErrorHandler& CErrorHandler::Instance() {
   static CErrorHandler handler;
   return handler;

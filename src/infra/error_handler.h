@@ -66,8 +66,8 @@ class CErrorHandler {
                               const std::string& module) const;
   void AppendToLog();
 
-  std::string beschreibung_, fehler_nummer_, dll_fehler_nummer_, hinweis_, modul_, member_,
-      zeile_, zeit_, anwendung_, quelle_, application_version_;
+  std::string beschreibung_, fehler_nummer_, dll_fehler_nummer_, hinweis_, modul_, member_, zeile_,
+      zeit_, anwendung_, quelle_, application_version_;
   std::string report_text_;
   std::string log_path_;
   int64_t report_count_ = 0;
@@ -78,6 +78,26 @@ class CErrorHandler {
 // error 51 with its message.
 vb::RuntimeError AsRuntimeError(const std::exception& e);
 
+// Sees the faults that Trap catches on the calling thread while it is
+// installed (a lint learns which reader failed where). Not owned.
+class FaultObserver {
+ public:
+  virtual ~FaultObserver() = default;
+  // Called before the fault reaches CErrorHandler. Returns true when the
+  // fault is dealt with here and CErrorHandler must not see it.
+  virtual bool OnFault(const vb::RuntimeError& error, const char* module,
+                       const char* procedure) = 0;
+};
+
+// The calling thread's observer, null when none is installed.
+FaultObserver* CurrentFaultObserver();
+// Installs `observer` (null removes it); returns the one it replaces.
+FaultObserver* SetFaultObserver(FaultObserver* observer);
+
+// Hands a trapped fault to the thread's observer, then (unless the observer
+// keeps it) to CErrorHandler.
+void ReportTrappedFault(const vb::RuntimeError& error, const char* module, const char* procedure);
+
 // The trap of every public and private operation: runs `body`; a fault is
 // reported to CErrorHandler with `module` and `procedure`. Returns true when
 // `body` completed without a fault.
@@ -87,7 +107,7 @@ bool Trap(const char* module, const char* procedure, Body&& body) {
     body();
     return true;
   } catch (const std::exception& e) {
-    CErrorHandler::Instance().Report(AsRuntimeError(e), procedure, 0, "", module);
+    ReportTrappedFault(AsRuntimeError(e), module, procedure);
     return false;
   }
 }

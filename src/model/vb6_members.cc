@@ -219,6 +219,7 @@ void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModul
   // The members hold copies; the module takes the lines themselves.
   module->CodeLines.Reserve(static_cast<int32_t>(lines.size()));
   for (size_t k = 0; k < lines.size(); ++k) {
+    module->FileLines.Add(static_cast<int32_t>(k + 1), lines[k].file_line);
     module->CodeLines.Add(static_cast<int32_t>(k + 1), std::move(lines[k].text));
   }
 }

@@ -82,6 +82,10 @@ TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
   EXPECT_EQ(read.module->Members.Item("Form_Load").Description,
             "L\xE4"
             "dt.");
+  // The hidden lines still count where an editor shows a code line.
+  std::vector<int32_t> file_lines;
+  for (int32_t k = 0; k <= 5; ++k) file_lines.push_back(read.module->FileLines.FileLine(k));
+  EXPECT_EQ(file_lines, (std::vector<int32_t>{0, 19, 20, 22, 23, 24}));
 
   // A class with its BEGIN block, LF line ends and no end on the last line.
   const std::string cls =

@@ -1,0 +1,131 @@
+// folioscope lint PROJECT.vbp [--format text|json|sarif] [--fail-on LEVEL]
+//                             [--missing] [--scope public,friend,private]
+//
+// Prints the doc-comment faults of a project, one per line, as
+// "path(line): severity: message [rule-id]", sorted by file and line: the
+// places where the report logs a failure (errors), where a page shows
+// something else than the comment seems to say (warnings) and, with
+// --missing, what is not documented (notes). docs/lint.md describes every
+// rule. Exit status 0 when nothing at or above --fail-on (default error) was
+// found, 1 otherwise, 2 for usage errors and unreadable projects. Writes no
+// file.
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "cli/host.h"
+#include "cli/lint_doc.h"
+#include "cli/lint_output.h"
+#include "engine/doc_lint.h"
+#include "engine/fs_communicator.h"
+#include "infra/registry.h"
+#include "infra/text_encoding.h"
+#include "infra/vb_runtime.h"
+#include "model/vb6_reader.h"
+
+namespace folioscope {
+namespace {
+
+struct LintCommandOptions {
+  std::string project;
+  std::string format = "text";
+  std::string fail_on = "error";
+  std::string scope;  // empty: the report's scope settings
+  bool missing = false;
+};
+
+// The scopes the module pages list, as the report reads them.
+ListedScopes ScopesFromSettings() {
+  CRegistry reg;
+  auto on = [&](const char* name) {
+    return reg.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0) == 1;
+  };
+  return {on("ToolBarPublicValue"), on("ToolBarFriendValue"), on("ToolBarPrivateValue")};
+}
+
+// "public,friend" -> the scopes named; false for an unknown word.
+bool ParseScopes(const std::string& list, ListedScopes* scopes) {
+  *scopes = {};
+  for (const std::string& word : vb::Split(list, ",")) {
+    const std::string w = vb::LCase(vb::Trim(word));
+    if (w == "public") {
+      scopes->public_members = true;
+    } else if (w == "friend") {
+      scopes->friend_members = true;
+    } else if (w == "private") {
+      scopes->private_members = true;
+    } else {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::string FolderUri(const std::string& project) {
+  std::error_code ec;
+  std::string folder =
+      std::filesystem::absolute(std::filesystem::path(project), ec).parent_path().string();
+  if (folder.empty() || folder.back() != '/') folder += '/';
+  return "file://" + folder;
+}
+
+void PrintFindings(const LintCommandOptions& o, const std::vector<LintFinding>& findings) {
+  if (o.format == "json") {
+    std::cout << LintJson(findings).dump(2) << '\n';
+  } else if (o.format == "sarif") {
+    std::cout << LintSarif(findings, ParseLintDoc(BuiltInLintDoc()), FolderUri(o.project)).dump(2)
+              << '\n';
+  } else {
+    std::cout << LintText(findings);
+  }
+  std::cout.flush();
+}
+
+void RunLint(Host& host, const LintCommandOptions& o) {
+  if (!host.Start()) return;
+  // The readers' own messages name no line; the findings replace them.
+  SetProgressChannel(nullptr);
+  LintOptions options;
+  options.missing = o.missing;
+  options.scopes = ScopesFromSettings();
+  if (!o.scope.empty() && !ParseScopes(o.scope, &options.scopes)) {
+    return host.Fail(kExitUsage, "--scope takes public, friend and private: " + o.scope);
+  }
+  ProjectReadResult read = ReadProject(o.project);
+  for (const ReaderDiagnostic& d : read.diagnostics) {
+    std::fprintf(stderr, "%s\n", Cp1252ToUtf8(d.ToText()).c_str());
+  }
+  if (!read.project) {
+    host.exit_status = kExitUsage;
+    return;
+  }
+  const std::vector<LintFinding> findings = LintProject(*read.project, options);
+  PrintFindings(o, findings);
+  const LintSeverity threshold = o.fail_on == "note"      ? LintSeverity::kNote
+                                 : o.fail_on == "warning" ? LintSeverity::kWarning
+                                                          : LintSeverity::kError;
+  for (const LintFinding& f : findings) {
+    if (f.severity >= threshold) host.exit_status = kExitFailed;
+  }
+}
+
+void Setup(CLI::App& app, Host& host) {
+  auto options = std::make_shared<LintCommandOptions>();
+  CLI::App* cmd = app.add_subcommand("lint", "Check the doc comments of a VB6 project");
+  cmd->add_option("PROJECT", options->project, "The project file (.vbp)")->required();
+  cmd->add_option("--format", options->format, "text, json or sarif")
+      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  cmd->add_option("--fail-on", options->fail_on, "Exit 1 at this severity or above")
+      ->check(CLI::IsMember({"error", "warning", "note"}));
+  cmd->add_flag("--missing", options->missing, "Also note what is not documented");
+  cmd->add_option("--scope", options->scope,
+                  "Members that count: public,friend,private (default: the report's settings)");
+  cmd->callback([&host, options] { RunLint(host, *options); });
+}
+
+CommandRegistration reg(&Setup);
+
+}  // namespace
+}  // namespace folioscope
