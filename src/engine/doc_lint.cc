@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
@@ -224,12 +225,14 @@ std::vector<LintFinding> LintRecorder::Collector::Resolve() const {
   auto order = [](const LintFinding& f) { return std::tie(f.file, f.line); };
   std::stable_sort(findings.begin(), findings.end(),
                    [&](const LintFinding& a, const LintFinding& b) { return order(a) < order(b); });
-  auto same = [](const LintFinding& a, const LintFinding& b) {
-    return std::tie(a.file, a.line, a.rule, a.message) ==
-           std::tie(b.file, b.line, b.rule, b.message);
-  };
-  findings.erase(std::unique(findings.begin(), findings.end(), same), findings.end());
-  return findings;
+  // The readers run more than once per member (module page and member
+  // page), so the same finding can come twice.
+  std::set<std::tuple<std::string, int32_t, std::string, std::string>> seen;
+  std::vector<LintFinding> once;
+  for (LintFinding& f : findings) {
+    if (seen.insert({f.file, f.line, f.rule, f.message}).second) once.push_back(std::move(f));
+  }
+  return once;
 }
 
 namespace {
