@@ -5,8 +5,9 @@
 // page (--module and --member, SaveMode 2). DIR is the report object's
 // PlainPath with an empty FolderName, so only its last level is created.
 // Progress is drawn as a bar on stderr when stderr is a terminal; at the
-// end the path of the page to open is printed on stdout. A DIR that holds
-// files but no earlier report is refused unless --force is given
+// end the doc comments the readers failed on are listed on stderr with file
+// and line, and the path of the page to open is printed on stdout. A DIR
+// that holds files but no earlier report is refused unless --force is given
 // (output_folder.h).
 #include <unistd.h>
 
@@ -16,9 +17,11 @@
 #include <string>
 
 #include "cli/host.h"
+#include "cli/lint_output.h"
 #include "cli/output_folder.h"
 #include "cli/progress_bar.h"
 #include "cli/project_left_to_exit.h"
+#include "engine/doc_lint.h"
 #include "engine/folioscope.h"
 #include "engine/fs_communicator.h"
 #include "infra/text_encoding.h"
@@ -73,6 +76,14 @@ class ProgressScope {
   std::unique_ptr<ProgressBar> bar_;
 };
 
+// The doc-comment faults the run met, with file and line: the messages of
+// the readers and the error reports name neither.
+void PrintWhereItFailed(const std::vector<LintFinding>& findings) {
+  if (findings.empty()) return;
+  std::fprintf(stderr, "folioscope: the doc comments the report failed on:\n%s",
+               LintText(findings).c_str());
+}
+
 void RunReport(Host& host, const ReportOptions& o) {
   if (!host.Start()) return;
   ProjectReadResult read = ReadProject(o.project);
@@ -96,7 +107,9 @@ void RunReport(Host& host, const ReportOptions& o) {
   const int32_t save_mode = o.module.empty() ? 0 : (o.member.empty() ? 1 : 2);
   {
     ProgressScope progress(host.options);
+    const LintRecorder recorder(project);
     report.SaveReport(save_mode);
+    PrintWhereItFailed(recorder.Findings());
   }
   MarkReportFolder(report.PlainPath);
   if (!report.Ready()) {

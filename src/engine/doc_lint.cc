@@ -194,6 +194,7 @@ int32_t LintRecorder::Collector::RawMarkupKey(int32_t from) const {
 }
 
 std::vector<LintFinding> LintRecorder::Collector::Resolve() const {
+  if (pending_.empty()) return {};
   struct Place {
     const SourceModule* module;
     const SourceComponent* component;
