@@ -18,6 +18,7 @@
 #include "cli/host.h"
 #include "cli/lint_doc.h"
 #include "cli/lint_output.h"
+#include "cli/project_left_to_exit.h"
 #include "engine/doc_lint.h"
 #include "engine/fs_communicator.h"
 #include "infra/registry.h"
@@ -101,6 +102,7 @@ void RunLint(Host& host, const LintCommandOptions& o) {
     host.exit_status = kExitUsage;
     return;
   }
+  const ProjectLeftToExit leave_project(read.project);
   const std::vector<LintFinding> findings = LintProject(*read.project, options);
   PrintFindings(o, findings);
   const LintSeverity threshold = o.fail_on == "note"      ? LintSeverity::kNote

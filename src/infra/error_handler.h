@@ -66,8 +66,8 @@ class CErrorHandler {
                               const std::string& module) const;
   void AppendToLog();
 
-  std::string beschreibung_, fehler_nummer_, dll_fehler_nummer_, hinweis_, modul_, member_, zeile_,
-      zeit_, anwendung_, quelle_, application_version_;
+  std::string beschreibung_, fehler_nummer_, dll_fehler_nummer_, hinweis_, modul_, member_,
+      zeile_, zeit_, anwendung_, quelle_, application_version_;
   std::string report_text_;
   std::string log_path_;
   int64_t report_count_ = 0;

@@ -23,28 +23,28 @@ inline constexpr const char* kScopePublic = "Public";
 
 class SourceParameter {
  public:
-  std::string Name;     // without "()"
-  std::string Type;     // "Variant" when none is written; "()" appended for arrays
-  std::string Passing;  // "ByVal" or "ByRef"
+  std::string Name;          // without "()"
+  std::string Type;          // "Variant" when none is written; "()" appended for arrays
+  std::string Passing;       // "ByVal" or "ByRef"
   bool Optional = false;
   bool ParamArray = false;
   bool HasDefault = false;
-  std::string Default;      // the default value as written
-  std::string Description;  // written by CParam
+  std::string Default;       // the default value as written
+  std::string Description;   // written by CParam
 };
 
 class SourceMember {
  public:
-  std::string Name;           // "Header", "DoIt", "Get Value", "Let Value", ...
-  std::string PropertyForm;   // "Get ", "Let ", "Set " or ""
-  std::string Kind;           // "Sub", "Function", "Property", "OutEvent"; "" for Header
-  std::string Scope;          // "Public", "Private", "Friend"; "" for Header
-  std::string ReturnType;     // Function and Property Get only
-  std::string Description;    // Attribute Name.VB_Description
+  std::string Name;          // "Header", "DoIt", "Get Value", "Let Value", ...
+  std::string PropertyForm;  // "Get ", "Let ", "Set " or ""
+  std::string Kind;          // "Sub", "Function", "Property", "OutEvent"; "" for Header
+  std::string Scope;         // "Public", "Private", "Friend"; "" for Header
+  std::string ReturnType;    // Function and Property Get only
+  std::string Description;   // Attribute Name.VB_Description
   int32_t HelpContextId = 0;  // Attribute Name.VB_HelpID
-  int32_t FirstLine = 0;      // module code line of the member's first line
-  int32_t LineCount = 0;      // number of lines as read (before any key-0 read)
-  vb::Dictionary CodeLines;   // Long keys 1..n, line texts
+  int32_t FirstLine = 0;     // module code line of the member's first line
+  int32_t LineCount = 0;     // number of lines as read (before any key-0 read)
+  vb::Dictionary CodeLines;  // Long keys 1..n, line texts
   vb::Collection<SourceParameter> Parameters;  // 1-based
 };
 
@@ -62,18 +62,18 @@ class SourceComponent {
 class SourceModule {
  public:
   std::string Name;
-  vb::Dictionary CodeLines;              // Long keys 1..n: the lines the IDE shows
-  FileLineMap FileLines;                 // where code line k stands in the file
+  vb::Dictionary CodeLines;  // Long keys 1..n: the lines the IDE shows
+  FileLineMap FileLines;     // where code line k stands in the file
   vb::Collection<SourceMember> Members;  // 1-based, keyed by member name; 1 = "Header"
-  std::string Description;               // Attribute VB_Description at module level
-  int32_t HelpContextId = 0;             // Attribute VB_HelpID at module level
+  std::string Description;   // Attribute VB_Description at module level
+  int32_t HelpContextId = 0;  // Attribute VB_HelpID at module level
 };
 
 class SourceProject {
  public:
   std::string Name;
-  std::string Version;                         // "Major.Minor.Revision"
-  std::string FilePath;                        // the .vbp
+  std::string Version;       // "Major.Minor.Revision"
+  std::string FilePath;      // the .vbp
   vb::Collection<SourceComponent> Components;  // 1-based, keyed by module name
   vb::Collection<SourceModule> Modules;        // 1-based, keyed by module name
 };
