@@ -113,7 +113,9 @@ class LintRecorder::Collector : public doccomments::DocFindingSink, public Fault
   std::vector<LintFinding> Resolve() const;
 
  private:
-  std::string TagName() const { return "<" + vb::LCase(std::string(tags_.word)) + ">"; }
+  static std::string TagName(const TagPair& tags) {
+    return "<" + vb::LCase(std::string(tags.word)) + ">";
+  }
   int32_t RawMarkupKey(int32_t from) const;
 
   SourceProject& project_;
@@ -131,7 +133,7 @@ class LintRecorder::Collector : public doccomments::DocFindingSink, public Fault
 void LintRecorder::Collector::Add(DocFinding f) {
   if (member_ == nullptr) return;
   const SourceMember& m = *member_;
-  const std::string tag = TagName();
+  const std::string tag = TagName(f.tags);
   const std::string close = "</" + tag.substr(1);
   switch (f.rule) {
     case DocRule::kUnclosedTag:
@@ -177,7 +179,7 @@ bool LintRecorder::Collector::OnFault(const vb::RuntimeError& error, const char*
   if (member_ == nullptr || !IsReaderClass(module)) return false;
   if (!explained_) {
     AddPending(*member_, key_, "reader-fault",
-               "the report's " + TagName() + " reader fails here: " + error.description() +
+               "the report's " + TagName(tags_) + " reader fails here: " + error.description() +
                    " (error " + vb::CStr(error.number()) + ")");
   }
   explained_ = true;
@@ -236,6 +238,22 @@ std::vector<LintFinding> LintRecorder::Collector::Resolve() const {
   return once;
 }
 
+bool CountsForReport(const SourceMember& member, const ListedScopes& scopes) {
+  return IsListed(member.Scope, scopes);
+}
+
+bool HasReturnValue(const SourceMember& member) {
+  return member.Kind == "Function" || (member.Kind == "Property" && member.PropertyForm == "Get ");
+}
+
+std::vector<const SourceParameter*> DescribedParameters(const SourceMember& member) {
+  std::vector<const SourceParameter*> described;
+  for (const auto& p : member.Parameters) {
+    if (!p->Description.empty()) described.push_back(p.get());
+  }
+  return described;
+}
+
 namespace {
 
 struct PageTexts {
@@ -258,28 +276,6 @@ PageTexts ReadMemberPage(SourceMember& member) {
   returns.GetReturns(member);
   return {summary.SumaryContent(), returns.ReturnsContent()};
 }
-
-void NoteMissing(LintRecorder::Collector& c, const SourceMember& m, const PageTexts& texts);
-
-}  // namespace
-
-bool CountsForReport(const SourceMember& member, const ListedScopes& scopes) {
-  return IsListed(member.Scope, scopes);
-}
-
-bool HasReturnValue(const SourceMember& member) {
-  return member.Kind == "Function" || (member.Kind == "Property" && member.PropertyForm == "Get ");
-}
-
-std::vector<const SourceParameter*> DescribedParameters(const SourceMember& member) {
-  std::vector<const SourceParameter*> described;
-  for (const auto& p : member.Parameters) {
-    if (!p->Description.empty()) described.push_back(p.get());
-  }
-  return described;
-}
-
-namespace {
 
 void NoteMissing(LintRecorder::Collector& c, const SourceMember& m, const PageTexts& texts) {
   if (texts.summary.empty()) c.AddPending(m, 0, "missing-summary", m.Name + " has no <summary>");
