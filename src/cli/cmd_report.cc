@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cli/host.h"
 #include "cli/lint_output.h"
@@ -105,12 +106,14 @@ void RunReport(Host& host, const ReportOptions& o) {
   report.ModuleName = o.module;
   report.MemberName = o.member;
   const int32_t save_mode = o.module.empty() ? 0 : (o.member.empty() ? 1 : 2);
+  std::vector<LintFinding> failed_on;
   {
-    ProgressScope progress(host.options);
     const LintRecorder recorder(project);
+    ProgressScope progress(host.options);
     report.SaveReport(save_mode);
-    PrintWhereItFailed(recorder.Findings());
+    failed_on = recorder.Findings();
   }
+  PrintWhereItFailed(failed_on);
   MarkReportFolder(report.PlainPath);
   if (!report.Ready()) {
     host.exit_status = kExitFailed;
