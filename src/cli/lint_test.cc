@@ -3,12 +3,14 @@
 // and SARIF outputs.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "cli/host.h"
 #include "cli/lint_doc.h"
 #include "cli/lint_output.h"
 #include "engine/doc_lint.h"
@@ -122,6 +124,57 @@ TEST_F(LintTest, JsonRoundTripsAndSarifHasWhatCodeScanningNeeds) {
     EXPECT_GE(where.at("region").at("startLine").get<int>(), 1);
   }
   EXPECT_EQ(run.at("originalUriBaseIds").at("PROJECTROOT").at("uri"), "file:///p/");
+}
+
+// The command as main() runs it; returns the exit status.
+int RunCommandLine(std::vector<std::string> args) {
+  Host host;
+  CLI::App app;
+  app.require_subcommand(1);
+  app.fallthrough();
+  app.add_option("--app-dir", host.options.app_dir);
+  app.add_option("--registry", host.options.registry);
+  app.add_option("--option", host.options.options);
+  for (auto setup : CommandRegistration::All()) setup(app, host);
+  std::reverse(args.begin(), args.end());
+  try {
+    app.parse(args);
+  } catch (const CLI::ParseError& e) {
+    return e.get_exit_code() == 0 ? 0 : kExitUsage;
+  }
+  return host.FinalStatus();
+}
+
+TEST_F(LintTest, ExitStatusFollowsFailOnScopeAndSettings) {
+  const fs::path dir = scratch_.path() / "cli";
+  fs::create_directories(dir);
+  std::ofstream(dir / "P.vbp", std::ios::binary) << "Module=Example; Example.bas\r\n";
+  // One warning (a second summary) on a Public Sub with an undescribed parameter.
+  std::ofstream(dir / "Example.bas", std::ios::binary)
+      << "'/// <summary>A.</summary>\r\n'/// <summary>B.</summary>\r\n"
+         "Public Sub Add(ByVal Value As Long)\r\nEnd Sub\r\n";
+  const std::string vbp = (dir / "P.vbp").string();
+  const std::vector<std::string> common = {"--app-dir", scratch_.path().string(), "--registry",
+                                           (dir / "none.reg").string()};
+  struct Case {
+    std::vector<std::string> args;
+    int status;
+  };
+  const Case cases[] = {
+      {{"lint", vbp}, kExitDone},
+      {{"lint", vbp, "--fail-on", "warning"}, kExitFailed},
+      {{"lint", vbp, "--fail-on", "note"}, kExitFailed},
+      {{"lint", vbp, "--fail-on", "warning", "--scope", "friend,private"}, kExitDone},
+      {{"--option", "ToolBarPublicValue=0", "lint", vbp, "--fail-on", "warning"}, kExitDone},
+      {{"lint", vbp, "--scope", "publik"}, kExitUsage},
+      {{"lint", vbp, "--format", "xml"}, kExitUsage},
+      {{"lint", (dir / "missing.vbp").string()}, kExitUsage},
+  };
+  for (const Case& c : cases) {
+    std::vector<std::string> args = common;
+    args.insert(args.end(), c.args.begin(), c.args.end());
+    EXPECT_EQ(RunCommandLine(args), c.status) << ::testing::PrintToString(c.args);
+  }
 }
 
 }  // namespace
