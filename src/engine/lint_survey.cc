@@ -74,8 +74,13 @@ void NoteIgnoredReturns(const SourceMember& m, const std::vector<DocLine>& lines
   if (HasReturnValue(m)) return;
   for (const DocLine& d : lines) {
     if (d.opens & (1u << kReturnsIndex)) {
-      return add(m, d.key, "returns-ignored",
-                 "<returns> on " + KindText(m) + ", which returns nothing: the report ignores it");
+      // The returns reader reads Property Let and Set (they are properties)
+      // and skips everything else that is no Function.
+      const bool shown = m.Kind == "Property";
+      return add(
+          m, d.key, "returns-ignored",
+          "<returns> on " + KindText(m) + ", which returns nothing: " +
+              (shown ? "the page describes a value there is none of" : "the report ignores it"));
     }
   }
 }
