@@ -25,7 +25,10 @@ std::string FindHelpCompiler();
 // every "#include NAME" line of the [ALIAS] and [MAP] sections replaced by
 // the lines of that file (its name matched without regard to case; a
 // missing file contributes nothing), and every alias target that [FILES]
-// does not list added right after the "[FILES]" line.
+// does not list added right after the "[FILES]" line. File names (the
+// [FILES] lines, alias targets, the file options) are written as the file
+// system holds them, so an umlaut-named page is found and stored in the
+// help file under its UTF-8 name; every other byte stays as in `hhp`.
 std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp);
 
 // The name of the file in `folder` that `name` denotes when case is ignored

@@ -1,6 +1,10 @@
 // folioscope: documentation reports for Visual Basic 6 projects.
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <string>
+#include <vector>
 
+#include "cli/arguments.h"
 #include "cli/host.h"
 
 int main(int argc, char** argv) {
@@ -19,8 +23,16 @@ int main(int argc, char** argv) {
   app.add_flag("--quiet", o.quiet, "Print failures only");
   app.add_flag("--no-progress", o.no_progress, "Draw no progress bar");
   for (auto setup : folioscope::CommandRegistration::All()) setup(app, host);
+  std::vector<std::string> arguments;
+  std::string error;
+  if (!folioscope::ArgumentsInCp1252(argc, argv, &arguments, &error)) {
+    std::fprintf(stderr, "folioscope: %s\n", error.c_str());
+    return folioscope::kExitUsage;
+  }
+  std::vector<const char*> converted;
+  for (const std::string& a : arguments) converted.push_back(a.c_str());
   try {
-    app.parse(argc, argv);
+    app.parse(argc, converted.data());
   } catch (const CLI::ParseError& e) {
     int code = app.exit(e);
     return code == 0 ? 0 : folioscope::kExitUsage;
