@@ -96,13 +96,37 @@ std::vector<std::string> FramedPages(const std::string& folder,
   return framed;
 }
 
+bool IsAscii(std::string_view name) {
+  return std::all_of(name.begin(), name.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// The "Local" pages of a contents or index file that chmcmd cannot find by
+// itself: it looks a page named there up by the name's bytes, which for a
+// name beyond ASCII are not the UTF-8 bytes on disk.
+std::vector<std::string> SitemapPagesBeyondAscii(const std::string& folder,
+                                                 const std::string& sitemap) {
+  std::vector<std::string> pages;
+  const std::string path = folder + "/" + ResolveFileName(folder, NativePath(sitemap));
+  if (sitemap.empty() || !IsPlainFile(path)) return pages;
+  const std::string text = ReadFileText(path);
+  const std::string lower = vb::LCase(text);
+  const std::string marker = "name=\"local\" value=\"";
+  for (size_t at = lower.find(marker); at != std::string::npos; at = lower.find(marker, at + 1)) {
+    const size_t start = at + marker.size();
+    const size_t stop = text.find('"', start);
+    if (stop == std::string::npos) break;
+    const std::string page = text.substr(start, stop - start);
+    if (!IsAscii(page)) pages.push_back(page);
+  }
+  return pages;
+}
+
 // `name` (relative to `folder`) as the file system holds it. chmcmd opens
 // files by these bytes and stores them in the help file under them, which
 // is the UTF-8 form the help viewer looks up for a link.
 std::string OsFileName(const std::string& folder, const std::string& name) {
-  const bool plain = std::all_of(name.begin(), name.end(),
-                                 [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  if (plain) return name;
+  if (IsAscii(name)) return name;
   const std::string os_folder = OsPath(folder) + "/";
   const std::string os_path = OsPath(folder + "/" + name);
   if (os_path.compare(0, os_folder.size(), os_folder) == 0) return os_path.substr(os_folder.size());
@@ -118,13 +142,18 @@ std::string WithOsValue(const std::string& folder, const std::string& line) {
   return line.substr(0, line.find(value, eq)) + os_value;
 }
 
-bool NamesAFile(const std::string& section, const std::string& line) {
-  if (line.find('=') == std::string::npos) return false;
-  if (section == "ALIAS") return true;
-  if (section != "OPTIONS") return false;
+// The lower-case key of an "[OPTIONS]" line that names a file, else "".
+std::string FileOptionKey(const std::string& section, const std::string& line) {
+  if (section != "OPTIONS" || line.find('=') == std::string::npos) return "";
   const std::string key = vb::LCase(vb::Trim(line.substr(0, line.find('='))));
-  return key == "compiled file" || key == "default topic" || key == "contents file" ||
-         key == "index file";
+  const bool names_file = key == "compiled file" || key == "default topic" ||
+                          key == "contents file" || key == "index file";
+  return names_file ? key : "";
+}
+
+bool NamesAFile(const std::string& section, const std::string& line) {
+  if (section == "ALIAS") return line.find('=') != std::string::npos;
+  return !FileOptionKey(section, line).empty();
 }
 
 // The project lines with every file name in its file-system form: the
@@ -199,6 +228,11 @@ std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
     }
     if (section == "ALIAS" && name.empty() && !AliasTarget(line).empty()) {
       targets.push_back(AliasTarget(line));
+    }
+    const std::string key = FileOptionKey(section, line);
+    if (key == "contents file" || key == "index file") {
+      for (std::string& page : SitemapPagesBeyondAscii(folder, AliasTarget(line)))
+        targets.push_back(std::move(page));
     }
     if (name == "FILES" && files_header == std::string::npos) files_header = out.size();
     out.push_back(line);
