@@ -421,6 +421,36 @@ TEST(Vb6Reader, ProjectFileOrderPathsAndMissingModules) {
   EXPECT_NE(read.diagnostics[0].text.find("Fehlt.frm"), std::string::npos);
 }
 
+// Module files as a Git checkout (UTF-8 names) or an old archive (a raw
+// Windows-1252 byte) leaves them, named in the .vbp in Windows-1252 and in
+// any case.
+TEST(Vb6Reader, UmlautFileNamesInAnyCaseAndEncoding) {
+  TestFolder folder;
+  folder.Write("frmPr\xC3\xBC" "fung.frm", "Attribute VB_Name = \"frmPr\xFC" "fung\"\r\n");
+  folder.Write("Unter\xC3\xA4/CB\xC3\xBC" "cher.cls", "Attribute VB_Name = \"CB\xFC" "cher\"\r\n");
+  folder.Write("mod\xC4nderung.bas", "Attribute VB_Name = \"mod\xC4nderung\"\r\n");
+  const std::string vbp = folder.Write("P.vbp", Crlf({
+                                                    "Form=FRMPR\xDC" "FUNG.FRM",
+                                                    "Class=CB\xFC" "cher; unter\xC4\\cb\xDC" "cher.CLS",
+                                                    "Module=mod\xC4nderung; MOD\xE4NDERUNG.bas",
+                                                }));
+  ProjectReadResult read = ReadProject(vbp);
+  ASSERT_TRUE(read.project);
+  EXPECT_TRUE(read.diagnostics.empty()) << read.diagnostics[0].ToText();
+  const std::string base = folder.path().string() + "/";
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"frmPr\xFC" "fung", base + "frmPr\xFC" "fung.frm"},
+      {"CB\xFC" "cher", base + "Unter\xE4/CB\xFC" "cher.cls"},
+      {"mod\xC4nderung", base + "mod\xC4nderung.bas"},
+  };
+  std::vector<std::pair<std::string, std::string>> found;
+  for (int32_t k = 1; k <= read.project->Components.Count(); ++k) {
+    const SourceComponent& c = read.project->Components.Item(k);
+    found.emplace_back(c.Name, c.FilePath);
+  }
+  EXPECT_EQ(found, expected);
+}
+
 // The name in a '/// <param name="..."> tag, empty when the line has none.
 std::string ParamTagName(const std::string& line) {
   const std::string tag = "<param name=\"";
