@@ -49,20 +49,20 @@ TEST_F(HelpCompilerTest, DerivedProjectListsThePagesOfListedFrameSets) {
 TEST_F(HelpCompilerTest, DerivedProjectNamesUmlautPagesAsTheFileSystemHoldsThem) {
   WriteBytes(root_ / "toc.hhc",
              "<param name=\"Local\" value=\"Projekt.htm\">\r\n"
-             "<param name=\"Local\" value=\"CB\xFC" "cher_Z\xE4hle.htm\">\r\n");
-  WriteBytes(root_ / "alias_test.h", "IDH_Z = CB\xFC" "cher_Z\xE4hle.htm\r\n");
-  for (const char* page : {"Projekt.htm", "CB\xC3\xBC" "cher.htm", "CB\xC3\xBC" "cher_Z\xC3\xA4hle.htm"})
+             "<param name=\"Local\" value=\"CB\374cher_Z\xE4hle.htm\">\r\n");
+  WriteBytes(root_ / "alias_test.h", "IDH_Z = CB\374cher_Z\xE4hle.htm\r\n");
+  for (const char* page : {"Projekt.htm", "CB\xC3\274cher.htm", "CB\xC3\274cher_Z\xC3\xA4hle.htm"})
     WriteBytes(root_ / page, "x");
   const std::string hhp =
-      "[Options]\r\nCompiled File = B\xFC" "cherei.chm\r\nContents file=toc.hhc\r\n"
-      "Default topic = CB\xFC" "cher.htm\r\nTitle=B\xFC" "cherei \x96 Hilfe\r\n\r\n"
-      "[FILES]\r\nProjekt.htm\r\nCB\xFC" "cher.htm\r\n\r\n"
+      "[Options]\r\nCompiled File = B\374cherei.chm\r\nContents file=toc.hhc\r\n"
+      "Default topic = CB\374cher.htm\r\nTitle=B\374cherei \x96 Hilfe\r\n\r\n"
+      "[FILES]\r\nProjekt.htm\r\nCB\374cher.htm\r\n\r\n"
       "[Alias]\r\n#include alias_Test.h\r\n";
   EXPECT_EQ(ChmcmdProjectText(root_.string(), hhp),
-            "[Options]\r\nCompiled File = B\xC3\xBC" "cherei.chm\r\nContents file=toc.hhc\r\n"
-            "Default topic = CB\xC3\xBC" "cher.htm\r\nTitle=B\xFC" "cherei \x96 Hilfe\r\n\r\n"
-            "[FILES]\r\nCB\xC3\xBC" "cher_Z\xC3\xA4hle.htm\r\nProjekt.htm\r\nCB\xC3\xBC" "cher.htm\r\n"
-            "\r\n[Alias]\r\nIDH_Z = CB\xC3\xBC" "cher_Z\xC3\xA4hle.htm\r\n");
+            "[Options]\r\nCompiled File = B\xC3\274cherei.chm\r\nContents file=toc.hhc\r\n"
+            "Default topic = CB\xC3\274cher.htm\r\nTitle=B\374cherei \x96 Hilfe\r\n\r\n"
+            "[FILES]\r\nCB\xC3\274cher_Z\xC3\xA4hle.htm\r\nProjekt.htm\r\nCB\xC3\274cher.htm\r\n"
+            "\r\n[Alias]\r\nIDH_Z = CB\xC3\274cher_Z\xC3\xA4hle.htm\r\n");
 }
 
 TEST_F(HelpCompilerTest, WildcardsMatchLikeTheWindowsFileFunctions) {

@@ -14,11 +14,11 @@ TEST(Arguments, TypedTextReachesTheComponentInWindows1252) {
     std::vector<std::string> converted;
     const char* error;  // empty when the conversion succeeds
   } cases[] = {
-      {{"folioscope", "--module", "CB\xC3\xBC" "cher", "--member", "Z\xC3\xA4hle"},
-       {"folioscope", "--module", "CB\xFC" "cher", "--member", "Z\xE4hle"},
+      {{"folioscope", "--module", "CB\xC3\274cher", "--member", "Z\xC3\xA4hle"},
+       {"folioscope", "--module", "CB\374cher", "--member", "Z\xE4hle"},
        ""},
-      {{"--option", "ReportStdTitle=B\xC3\xBC" "cher \xE2\x80\x93 \xE2\x82\xAC"},
-       {"--option", "ReportStdTitle=B\xFC" "cher \x96 \x80"},
+      {{"--option", "ReportStdTitle=B\xC3\274cher \xE2\x80\x93 \xE2\x82\xAC"},
+       {"--option", "ReportStdTitle=B\374cher \x96 \x80"},
        ""},
       {{"raw\xFC.vbp"}, {"raw\xFC.vbp"}, ""},  // a raw byte expanded by the shell stays
       {{"ok", "CB\xE6\x97\xA5"},
@@ -29,8 +29,8 @@ TEST(Arguments, TypedTextReachesTheComponentInWindows1252) {
   for (const Case& c : cases) {
     std::vector<std::string> converted;
     std::string error;
-    const bool ok = ArgumentsInCp1252(static_cast<int>(c.typed.size()), c.typed.data(),
-                                      &converted, &error);
+    const bool ok =
+        ArgumentsInCp1252(static_cast<int>(c.typed.size()), c.typed.data(), &converted, &error);
     EXPECT_EQ(error, c.error);
     EXPECT_EQ(ok, error.empty());
     if (ok) {

@@ -92,7 +92,7 @@ FirstEntry FirstMatch(const std::string& raw) {
   if (!HasWildcard(last)) return EntryOf(OsPath(path));
   std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
   const std::string pattern = vb::LCase(last);
-  std::vector<std::pair<std::string, std::string>> matches;  // name, OS path
+  std::vector<std::pair<std::string, std::string> > matches;  // name, OS path
   for (FolderEntry& entry : ListFolder(folder)) {
     if (fnmatch(pattern.c_str(), vb::LCase(entry.name).c_str(), 0) == 0)
       matches.emplace_back(std::move(entry.name), std::move(entry.os_path));

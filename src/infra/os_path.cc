@@ -26,8 +26,8 @@ std::vector<FolderEntry> ListFolder(const std::string& folder) {
   std::error_code ec;
   for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
     std::error_code kind_ec;
-    entries.push_back({it->path().filename().string(), it->path().string(),
-                       it->is_directory(kind_ec)});
+    entries.push_back(
+        {it->path().filename().string(), it->path().string(), it->is_directory(kind_ec)});
   }
   return entries;
 }

@@ -66,8 +66,7 @@ TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
       "Attribute VB_HelpID = 77",
       "Option Explicit",
       "Private Sub Form_Load()",
-      "Attribute Form_Load.VB_Description = \"L\xE4"
-      "dt.\"",
+      "Attribute Form_Load.VB_Description = \"L\344dt.\"",
       "    Caption = \"x\"  ",
       "End Sub",
   });
@@ -79,9 +78,7 @@ TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
   EXPECT_EQ(CodeLines(*read.module),
             (std::vector<std::string>{"Option Explicit", "Private Sub Form_Load()",
                                       "    Caption = \"x\"  ", "End Sub"}));
-  EXPECT_EQ(read.module->Members.Item("Form_Load").Description,
-            "L\xE4"
-            "dt.");
+  EXPECT_EQ(read.module->Members.Item("Form_Load").Description, "L\344dt.");
 
   // A class with its BEGIN block, LF line ends and no end on the last line.
   const std::string cls =
@@ -281,9 +278,7 @@ TEST(Vb6Declaration, StatementKinds) {
     EXPECT_EQ(parsed.kind, c.kind) << c.statement;
     EXPECT_EQ(parsed.name, c.name) << c.statement;
   }
-  EXPECT_TRUE(
-      IsValidIdentifier("Gr\xF6\xDF"
-                        "e_2"));
+  EXPECT_TRUE(IsValidIdentifier("Gr\xF6\337e_2"));
   EXPECT_FALSE(IsValidIdentifier("2Fast"));
   EXPECT_FALSE(IsValidIdentifier("[Mein Name]"));
   EXPECT_FALSE(IsValidIdentifier("a.b"));
@@ -426,12 +421,12 @@ TEST(Vb6Reader, ProjectFileOrderPathsAndMissingModules) {
 // any case.
 TEST(Vb6Reader, UmlautFileNamesInAnyCaseAndEncoding) {
   TestFolder folder;
-  folder.Write("frmPr\xC3\xBC" "fung.frm", "Attribute VB_Name = \"frmPr\xFC" "fung\"\r\n");
-  folder.Write("Unter\xC3\xA4/CB\xC3\xBC" "cher.cls", "Attribute VB_Name = \"CB\xFC" "cher\"\r\n");
+  folder.Write("frmPr\xC3\274fung.frm", "Attribute VB_Name = \"frmPr\374fung\"\r\n");
+  folder.Write("Unter\xC3\xA4/CB\xC3\274cher.cls", "Attribute VB_Name = \"CB\374cher\"\r\n");
   folder.Write("mod\xC4nderung.bas", "Attribute VB_Name = \"mod\xC4nderung\"\r\n");
   const std::string vbp = folder.Write("P.vbp", Crlf({
-                                                    "Form=FRMPR\xDC" "FUNG.FRM",
-                                                    "Class=CB\xFC" "cher; unter\xC4\\cb\xDC" "cher.CLS",
+                                                    "Form=FRMPR\334FUNG.FRM",
+                                                    "Class=CB\374cher; unter\xC4\\cb\334cher.CLS",
                                                     "Module=mod\xC4nderung; MOD\xE4NDERUNG.bas",
                                                 }));
   ProjectReadResult read = ReadProject(vbp);
@@ -439,8 +434,8 @@ TEST(Vb6Reader, UmlautFileNamesInAnyCaseAndEncoding) {
   EXPECT_TRUE(read.diagnostics.empty()) << read.diagnostics[0].ToText();
   const std::string base = folder.path().string() + "/";
   const std::vector<std::pair<std::string, std::string>> expected = {
-      {"frmPr\xFC" "fung", base + "frmPr\xFC" "fung.frm"},
-      {"CB\xFC" "cher", base + "Unter\xE4/CB\xFC" "cher.cls"},
+      {"frmPr\374fung", base + "frmPr\374fung.frm"},
+      {"CB\374cher", base + "Unter\xE4/CB\374cher.cls"},
       {"mod\xC4nderung", base + "mod\xC4nderung.bas"},
   };
   std::vector<std::pair<std::string, std::string>> found;

@@ -28,6 +28,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import unicodedata
 
 SKIP = 77
 DONE_MARKER = "wine-test-done"
@@ -297,13 +298,27 @@ def setup(args):
                             "page", kind, args.project, "--module", module, "--member", member],
                            check=True, stdout=f)
 
+    # The umlaut project, written as a Git checkout leaves it (UTF-8 names),
+    # and its Linux report.
+    sys.path.insert(0, os.path.join(args.source_dir, "tests", "umlauts"))
+    import umlaut_fixture
+    umlaut_folder = os.path.join(work, "umlauts")
+    shutil.rmtree(umlaut_folder, ignore_errors=True)
+    umlaut_project = umlaut_fixture.write_project(umlaut_folder)
+    umlaut_reference = os.path.join(work, "linux-umlauts")
+    shutil.rmtree(umlaut_reference, ignore_errors=True)
+    subprocess.run([args.folioscope, "--registry", hive, "--app-dir", linux_app, "--quiet",
+                    "--no-progress", "report", umlaut_project, "-o", umlaut_reference],
+                   check=True, stdout=subprocess.DEVNULL)
+
     log(f"Linux reference report and pages: {time.monotonic() - linux_started:.1f} s")
     outputs = os.path.join(work, "out")
     shutil.rmtree(outputs, ignore_errors=True)
     os.makedirs(outputs)
     with open(state_file(work), "w") as f:
         json.dump({"arch": arch, "app": app, "linux_app": linux_app, "reference": reference,
-                   "pages": pages, "outputs": outputs, "project": args.project}, f)
+                   "pages": pages, "outputs": outputs, "project": args.project,
+                   "umlaut_project": umlaut_project, "umlaut_reference": umlaut_reference}, f)
     log(f"Wine setup: {time.monotonic() - started:.1f} s")
     return 0
 
@@ -318,25 +333,33 @@ def report_differences(expected_dir, actual_dir, normalize=None, part=False):
         return [f"no report folder {actual_dir}"]
 
     def files(root):
-        # The Linux host marks its output folders as report folders; the
-        # marker is the host's, not part of the report.
-        found = set()
-        for folder, _, names in os.walk(root):
+        """The files below `root` by their names as text: UTF-8 as the Linux
+        host and Wine write them, a raw Windows-1252 name read as such.
+        The Linux host marks its output folders as report folders; the marker
+        is the host's, not part of the report."""
+        found = {}
+        for folder, _, names in os.walk(os.fsencode(root)):
             for name in names:
-                if name == ".folioscope-report":
-                    continue
-                found.add(os.path.relpath(os.path.join(folder, name), root))
+                path = os.path.join(folder, name)
+                relative = os.path.relpath(path, os.fsencode(root))
+                try:
+                    text = relative.decode("utf-8")
+                except UnicodeDecodeError:
+                    text = relative.decode("cp1252", "replace")
+                if text != ".folioscope-report":
+                    found[unicodedata.normalize("NFC", text)] = path
         return found
 
-    expected, actual = files(expected_dir), files(actual_dir)
+    expected_paths, actual_paths = files(expected_dir), files(actual_dir)
+    expected, actual = set(expected_paths), set(actual_paths)
     for name in sorted(expected - actual) if not part else []:
         faults.append("missing under Wine: " + name)
     for name in sorted(actual - expected):
         faults.append("only under Wine: " + name)
     for name in sorted(expected & actual):
-        with open(os.path.join(expected_dir, name), "rb") as f:
+        with open(expected_paths[name], "rb") as f:
             x = f.read()
-        with open(os.path.join(actual_dir, name), "rb") as f:
+        with open(actual_paths[name], "rb") as f:
             y = f.read()
         if normalize is not None:
             x, y = normalize(x, y)
@@ -393,7 +416,8 @@ def run_vbs(args):
     rc, out, err, elapsed = wine.run(
         [wine.cscript, "//nologo", windows_path(combined), windows_path(state["app"]),
          windows_path(output_dir), windows_path(args.source_dir),
-         windows_path(state["project"])], timeout=args.timeout,
+         windows_path(state["project"]), windows_path(state["umlaut_project"])],
+        timeout=args.timeout,
         dialog_log=os.path.join(output_dir, "dialogs.log") if args.dialog_log else None)
     sys.stdout.write(out)
     faults = []
@@ -408,6 +432,9 @@ def run_vbs(args):
         faults.append(f"{rc} failed checks (exit status)")
     if args.compare:
         faults += report_differences(state["reference"], os.path.join(output_dir, args.compare))
+    if args.compare_umlauts:
+        faults += report_differences(state["umlaut_reference"],
+                                     os.path.join(output_dir, args.compare_umlauts))
     for part in args.compare_part or []:
         faults += report_differences(state["reference"], os.path.join(output_dir, part),
                                      part=True)
@@ -552,6 +579,8 @@ def main():
     v.add_argument("script")
     v.add_argument("--compare", help="subfolder of the script's output to compare with the "
                                      "Linux report")
+    v.add_argument("--compare-umlauts", help="subfolder of the script's output to compare "
+                                             "with the Linux report of the umlaut project")
     v.add_argument("--dialog-log", action="store_true",
                    help="log message boxes and error dialogs to <output>\\dialogs.log")
     v.add_argument("--compare-part", action="append",
