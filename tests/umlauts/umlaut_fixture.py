@@ -59,29 +59,26 @@ def cp1252(text):
     return text.replace("\n", "\r\n").encode("cp1252")
 
 
-def write_project(folder, vbp_names=None, name="B\u00fccherei"):
-    """Writes the project into `folder`; `vbp_names` overrides how the .vbp
-    names each module file (to test other cases). Returns the .vbp path."""
+def write_project(folder):
+    """Writes the project into `folder`; returns the .vbp path."""
     os.makedirs(folder, exist_ok=True)
     for (file_name, _, _), text in zip(MODULES, (FORM, CLASS, MODULE)):
         with open(os.path.join(folder, file_name), "wb") as f:
             f.write(cp1252(text))
-    names = vbp_names or [m[0] for m in MODULES]
     vbp = ("Type=Exe\nForm=%s\nClass=CB\u00fccher; %s\nModule=mod\u00c4nderung; %s\n"
-           "Title=\"%s\"\nName=\"%s\"\nMajorVer=1\n" % (names[0], names[1], names[2],
-                                                       TITLE, name))
-    path = os.path.join(folder, name + ".vbp")
+           "Title=\"%s\"\nName=\"B\u00fccherei\"\nMajorVer=1\n"
+           % (MODULES[0][0], MODULES[1][0], MODULES[2][0], TITLE))
+    path = os.path.join(folder, "B\u00fccherei.vbp")
     with open(path, "wb") as f:
         f.write(cp1252(vbp))
     return path
 
 
-def module_pages(with_members=True):
+def module_pages():
     """Every page file name (as text) a full report of the project holds for
     its modules and members."""
     pages = []
     for _, module, members in MODULES:
         pages.append(module + ".htm")
-        if with_members:
-            pages += ["%s_%s.htm" % (module, page) for _, page in members]
+        pages += ["%s_%s.htm" % (module, page) for _, page in members]
     return pages
