@@ -12,7 +12,7 @@ Set reader = CreateObject("VBFolioscope.CProjektReader")
 Set project = reader.Open(path)
 CheckNoComError "CProjektReader.Open of the umlaut project"
 Check IsObject(project), "the reader gives the umlaut project"
-CheckEqual project.Name, "B" & ChrW(252) & "cherei", "the project's name"
+CheckEqual project.Name, "B" & Chr(252) & "cherei", "the project's name"
 Set report = CreateObject("VBFolioscope.CFolioscope")
 CheckNoComError "CreateObject CFolioscope"
 Set report.Projekt = project
@@ -22,7 +22,7 @@ report.FolderName = "Umlaute"
 mode = 0
 report.SaveReport mode
 CheckNoComError "SaveReport 0"
-page = OutFolder & "\Umlaute\CB" & ChrW(252) & "cher_Z" & ChrW(228) & "hle.htm"
-Check Fso.FileExists(page), "the page of CB" & ChrW(252) & "cher.Z" & ChrW(228) & "hle"
+page = OutFolder & "\Umlaute\CB" & Chr(252) & "cher_Z" & Chr(228) & "hle.htm"
+Check Fso.FileExists(page), "the page of CB" & Chr(252) & "cher.Z" & Chr(228) & "hle"
 CheckEqual ErrorLogText(), "", "no fault reached ErrorLog.txt"
 Finish
