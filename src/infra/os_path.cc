@@ -98,9 +98,13 @@ std::vector<FolderEntry> ListFolder(const std::string& folder) {
   while (const dirent* d = ::readdir(dir)) {
     const std::string name = d->d_name;
     if (name == "." || name == "..") continue;
-    FolderEntry entry{PathFromOs(name), os_folder + name, false};
-    struct stat st {};
-    entry.is_folder = ::stat(entry.os_path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+    FolderEntry entry{PathFromOs(name), os_folder + name, d->d_type == DT_DIR};
+    // The listing's own type saves a look per entry; links and file systems
+    // that give no type are looked at.
+    if (d->d_type == DT_UNKNOWN || d->d_type == DT_LNK) {
+      struct stat st {};
+      entry.is_folder = ::stat(entry.os_path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+    }
     entries.push_back(std::move(entry));
   }
   ::closedir(dir);
