@@ -1,11 +1,13 @@
 // folioscope: documentation reports for Visual Basic 6 projects.
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/arguments.h"
 #include "cli/host.h"
+#include "infra/text_encoding.h"
 
 int main(int argc, char** argv) {
   folioscope::Host host;
@@ -34,7 +36,11 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, converted.data());
   } catch (const CLI::ParseError& e) {
-    int code = app.exit(e);
+    // The messages repeat arguments, which are Windows-1252 by now.
+    std::ostringstream out, err;
+    int code = app.exit(e, out, err);
+    std::fputs(folioscope::Cp1252ToUtf8(out.str()).c_str(), stdout);
+    std::fputs(folioscope::Cp1252ToUtf8(err.str()).c_str(), stderr);
     return code == 0 ? 0 : folioscope::kExitUsage;
   }
   return host.FinalStatus();
