@@ -101,7 +101,7 @@ table.coverage td { padding: 6px 8px; border-bottom: 1px solid #eef1f5; vertical
 table.coverage tbody tr:nth-child(even) td { background: #fafbfc; }
 table.coverage tfoot td { font-weight: 600; border-top: 2px solid #d8dee6; }
 td.module { font-family: Consolas, "DejaVu Sans Mono", monospace; font-size: 13.5px; }
-td.num { text-align: right; white-space: nowrap; }
+td.num, th.num { text-align: right; white-space: nowrap; }
 td.share { width: 34%; white-space: nowrap; }
 .bar { display: inline-block; width: 70%; height: 10px; background: #e3e8ef; border-radius: 5px;
   vertical-align: middle; margin-right: 8px; overflow: hidden; }
@@ -215,8 +215,9 @@ std::string CoveragePage(const ProjectCoverage& coverage) {
       std::to_string(t.Documentable()) +
       " items documented: a summary for each member, a description for each parameter, a "
       "&lt;returns&gt; block for each Function and Property Get.</p>\n"
-      "<table class=\"coverage\">\n<thead><tr><th>Module</th><th>Members</th><th>Summary</th>"
-      "<th>Parameters</th><th>Returns</th><th aria-sort=\"ascending\">Documented</th></tr>"
+      "<table class=\"coverage\">\n<thead><tr><th>Module</th><th class=\"num\">Members</th>"
+      "<th class=\"num\">Summary</th><th class=\"num\">Parameters</th>"
+      "<th class=\"num\">Returns</th><th aria-sort=\"ascending\">Documented</th></tr>"
       "</thead>\n<tbody>\n";
   for (size_t i : WorstFirst(coverage)) {
     const ModuleCoverage& m = coverage.modules[i];

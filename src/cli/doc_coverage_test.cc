@@ -7,10 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/fs_communicator.h"
-#include "infra/error_handler.h"
-#include "infra/recording_platform.h"
-#include "infra/test_folder.h"
+#include "doccomments/reader_test_support.h"
 #include "model/vb6_reader.h"
 
 namespace folioscope {
@@ -19,89 +16,55 @@ namespace {
 constexpr ListedScopes kPublic{true, false, false};
 constexpr ListedScopes kAll{true, true, true};
 
-// One module's code (lines joined by "\n") and what coverage counts in it.
+// What coverage counts in one module's code (lines joined by "\n").
 struct Case {
-  const char* what;
+  CoverageCounts expected;  // members, summary, params, described, returning, returns, incomplete
   ListedScopes scopes;
   const char* code;
-  CoverageCounts expected;  // members, summary, params, described, returning, returns, incomplete
 };
 
 const Case kCases[] = {
-    {"fully documented function",
-     kPublic,
+    {{1, 1, 1, 1, 1, 1, 0},
+     kPublic,  // fully documented
      "'/// <summary>Adds.</summary>\n'/// <param name=\"a\">First.</param>\n"
-     "'/// <returns>The sum.</returns>\nPublic Function Add(a As Long) As Long\nEnd Function",
-     {1, 1, 1, 1, 1, 1, 0}},
-    {"undocumented sub with two parameters",
-     kPublic,
-     "Public Sub Clear(a As Long, b As Long)\nEnd Sub",
-     {1, 0, 2, 0, 0, 0, 0}},
-    {"private and friend members are counted only when listed",
-     kPublic,
-     "Private Sub A()\nEnd Sub\nFriend Sub B()\nEnd Sub\nSub C()\nEnd Sub",
-     {1, 0, 0, 0, 0, 0, 0}},
-    {"the same members with every scope listed",
-     kAll,
-     "Private Sub A()\nEnd Sub\nFriend Sub B()\nEnd Sub\nSub C()\nEnd Sub",
-     {3, 0, 0, 0, 0, 0, 0}},
-    {"returns expected of Property Get only, read on Let and Sub but not counted",
+     "'/// <returns>The sum.</returns>\nPublic Function Add(a As Long) As Long\nEnd Function"},
+    {{1, 0, 2, 0, 0, 0, 0}, kPublic, "Public Sub Clear(a As Long, b As Long)\nEnd Sub"},
+    // Members count when their scope is listed; no scope written is Public.
+    {{1, 0, 0, 0, 0, 0, 0}, kPublic, "Private Sub A()\nEnd Sub\nFriend Sub B()\nEnd Sub\nSub C()"},
+    {{3, 0, 0, 0, 0, 0, 0}, kAll, "Private Sub A()\nEnd Sub\nFriend Sub B()\nEnd Sub\nSub C()"},
+    // Only Functions and Property Gets need <returns>; Let and Sub read it
+    // (or not) without counting.
+    {{3, 0, 1, 0, 1, 1, 0},
      kPublic,
      "'/// <returns>x</returns>\nPublic Property Get V() As Long\nEnd Property\n"
      "'/// <returns>x</returns>\nPublic Property Let V(n As Long)\nEnd Property\n"
-     "'/// <returns>x</returns>\nPublic Sub S()\nEnd Sub",
-     {3, 0, 1, 0, 1, 1, 0}},
-    {"a misnamed parameter ends the parameter reading with a fault",
+     "'/// <returns>x</returns>\nPublic Sub S()\nEnd Sub"},
+    // A misnamed parameter ends the parameter reading with a fault.
+    {{1, 1, 1, 0, 1, 0, 1},
      kPublic,
      "'/// <summary>Adds.</summary>\n'/// <param name=\"b\">Renamed.</param>\n"
-     "Public Function Add(a As Long) As Long\nEnd Function",
-     {1, 1, 1, 0, 1, 0, 1}},
-    {"an unclosed summary shows no summary",
-     kPublic,
-     "'/// <summary>Adds.\nPublic Sub Add()\nEnd Sub",
-     {1, 0, 0, 0, 0, 0, 1}},
-    {"a block of blanks documents nothing",
+     "Public Function Add(a As Long) As Long\nEnd Function"},
+    {{1, 0, 0, 0, 0, 0, 1}, kPublic, "'/// <summary>Unclosed.\nPublic Sub Add()\nEnd Sub"},
+    // Blocks of blanks show nothing.
+    {{1, 0, 1, 0, 0, 0, 0},
      kPublic,
      "'/// <summary>\n'/// </summary>\n'/// <param name=\"a\">\n'/// </param>\n"
-     "Public Sub S(a As Long)\nEnd Sub",
-     {1, 0, 1, 0, 0, 0, 0}},
+     "Public Sub S(a As Long)\nEnd Sub"},
     // The module line reads the summary first, which lets every later scan
     // see the member's last line: here the only parameter block.
-    {"a block on the member's last line is read as the report reads it",
+    {{1, 0, 1, 1, 0, 0, 0},
      kPublic,
-     "Public Sub S(a As Long)\nEnd Sub\n'/// <param name=\"a\">Late.</param>",
-     {1, 0, 1, 1, 0, 0, 0}},
+     "Public Sub S(a As Long)\nEnd Sub\n'/// <param name=\"a\">Late.</param>"},
 };
 
-class Recorder : public CFSCommunicatorEvents {
- public:
-  void Message(std::string&, int32_t&) override { ++messages; }
-  void OnReportStart(int32_t&) override {}
-  void OnReportWorks(int32_t&, std::string&, bool&) override {}
-  int messages = 0;
-};
-
-class DocCoverageTest : public ::testing::Test {
+// Reads a module from its code, the way the project reader reads a file.
+class DocCoverageTest : public testing_support::ReaderTest {
  protected:
-  DocCoverageTest() : platform_(folder_.path().string()), scoped_(&platform_) {
-    channel_ = std::make_shared<CFSCommunicator>();
-    channel_->AddListener(&recorder_);
-    SetProgressChannel(channel_);
-  }
-  ~DocCoverageTest() override { SetProgressChannel(nullptr); }
-
   std::unique_ptr<SourceModule> ReadModule(const std::string& code) {
-    const std::string path = (folder_.path() / "Module1.bas").string();
+    const std::string path = (folder_ / "Module1.bas").string();
     std::ofstream(path, std::ios::binary) << "Attribute VB_Name = \"Module1\"\n" << code << "\n";
-    ModuleReadResult read = ReadModuleFile(path, "Module");
-    return std::move(read.module);
+    return std::move(ReadModuleFile(path, "Module").module);
   }
-
-  TestFolder folder_;
-  RecordingPlatform platform_;
-  ScopedPlatform scoped_;
-  std::shared_ptr<CFSCommunicator> channel_;
-  Recorder recorder_;
 };
 
 std::vector<int64_t> Fields(const CoverageCounts& c) {
@@ -110,33 +73,19 @@ std::vector<int64_t> Fields(const CoverageCounts& c) {
 }
 
 TEST_F(DocCoverageTest, CountsWhatTheReportShowsAndKeepsTheReadersQuiet) {
-  const int64_t faults_before = CErrorHandler::Instance().ReportCount();
   for (const Case& c : kCases) {
     std::unique_ptr<SourceModule> module = ReadModule(c.code);
-    ASSERT_TRUE(module) << c.what;
+    ASSERT_TRUE(module) << c.code;
     const ModuleCoverage measured = MeasureModule(*module, c.scopes);
-    EXPECT_EQ(Fields(c.expected), Fields(measured.counts)) << c.what;
-    EXPECT_EQ(measured.counts.incomplete > 0, !measured.notes.empty()) << c.what;
+    EXPECT_EQ(Fields(c.expected), Fields(measured.counts)) << c.code;
+    EXPECT_EQ(measured.counts.incomplete > 0, !measured.notes.empty()) << c.code;
   }
   // Messages and faults went to the notes, not to the host's channel or the
   // error log; afterwards the host's channel is in place again.
-  EXPECT_EQ(0, recorder_.messages);
-  EXPECT_EQ(faults_before, CErrorHandler::Instance().ReportCount());
+  EXPECT_TRUE(Messages().empty());
+  EXPECT_EQ(0, FaultsReported());
   AddLog("after", kIconProgress);
-  EXPECT_EQ(1, recorder_.messages);
-}
-
-TEST(CoverageCounts, ShareIsDocumentedOverDocumentable) {
-  const struct {
-    CoverageCounts counts;
-    double share;
-  } kShares[] = {
-      {{0, 0, 0, 0, 0, 0, 0}, 100.0},  // nothing to document, nothing missing
-      {{2, 1, 0, 0, 0, 0, 0}, 50.0},
-      {{2, 2, 3, 1, 1, 0, 0}, 50.0},  // 3 of 6
-      {{1, 1, 1, 1, 1, 1, 1}, 100.0},
-  };
-  for (const auto& s : kShares) EXPECT_DOUBLE_EQ(s.share, s.counts.Share());
+  EXPECT_EQ(1u, Messages().size());
 }
 
 }  // namespace
