@@ -58,7 +58,7 @@ ListedScopes ScopesFromOption(const std::vector<std::string>& names) {
 void PrintNotes(const ProjectCoverage& coverage) {
   for (const ModuleCoverage& m : coverage.modules) {
     for (const ReadingNote& n : m.notes) {
-      std::fprintf(stderr, "%s: %s: %s\n", Cp1252ToUtf8(m.file).c_str(),
+      std::fprintf(stderr, "%s: member %s: %s\n", Cp1252ToUtf8(m.file).c_str(),
                    Cp1252ToUtf8(n.member).c_str(), Cp1252ToUtf8(n.text).c_str());
     }
   }

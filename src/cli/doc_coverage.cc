@@ -125,6 +125,9 @@ ModuleCoverage MeasureModule(SourceModule& module, const ListedScopes& scopes) {
     CoverageCounts counts = ReadMember(*member);
     std::vector<std::string> texts = quiet.Take();
     if (!texts.empty()) counts.incomplete = 1;
+    // The summary is read twice (member line and page): one note each.
+    std::sort(texts.begin(), texts.end());
+    texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
     for (std::string& text : texts) result.notes.push_back({member->Name, std::move(text)});
     result.counts.Add(counts);
   }
@@ -136,7 +139,7 @@ ProjectCoverage MeasureProject(SourceProject& project, const ListedScopes& scope
   result.name = project.Name;
   for (int32_t i = 1; i <= project.Modules.Count(); ++i) {
     ModuleCoverage module = MeasureModule(project.Modules.Item(i), scopes);
-    module.file = project.Components.Item(i).RelativePath;
+    module.file = vb::Replace(project.Components.Item(i).RelativePath, "\\", "/");
     result.total.Add(module.counts);
     result.modules.push_back(std::move(module));
   }

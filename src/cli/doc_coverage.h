@@ -49,7 +49,7 @@ struct ReadingNote {
 
 struct ModuleCoverage {
   std::string name;
-  std::string file;  // the module's path as the .vbp writes it
+  std::string file;  // relative to the .vbp's folder, with "/" separators
   CoverageCounts counts;
   std::vector<ReadingNote> notes;
 };
