@@ -103,18 +103,23 @@ void RunCoverage(Host& host, const CoverageOptions& o) {
 
 void Setup(CLI::App& app, Host& host) {
   auto options = std::make_shared<CoverageOptions>();
-  CLI::App* cmd = app.add_subcommand(
-      "coverage",
-      "How much of the report is documented. The share is the documented items over all "
-      "items: a summary for each member, a description for each parameter, a <returns> block "
-      "for each Function and Property Get. Members counted are those the report writes "
-      "pages for (the ToolBar...Value settings) or --scope.");
+  CLI::App* cmd = app.add_subcommand("coverage", "How much of the report is documented");
+  cmd->footer(
+      "The documented share is the documented items over all items: one item per member (its "
+      "summary), one per parameter (its description) and one more per Function and Property "
+      "Get (its <returns> block), as the report's pages show them; blank blocks count as "
+      "missing. Shares are rounded down. The members counted are those the report writes "
+      "pages for: the settings ToolBarPublicValue, ToolBarFriendValue and ToolBarPrivateValue "
+      "(1 = listed), or --scope.");
   cmd->add_option("PROJECT", options->project, "The project file (.vbp)")->required();
   cmd->add_option("--format", options->format, "Output on stdout: text (a table) or json")
       ->check(CLI::IsMember({"text", "json"}));
-  cmd->add_option("--html", options->html, "Also write the figures as an HTML page to FILE");
-  cmd->add_option("--badge", options->badge, "Also write an SVG badge \"docs NN%\" to FILE");
+  cmd->add_option("--html", options->html, "Also write the figures as an HTML page to FILE")
+      ->type_name("FILE");
+  cmd->add_option("--badge", options->badge, "Also write an SVG badge \"docs NN%\" to FILE")
+      ->type_name("FILE");
   cmd->add_option("--min", options->min, "Exit status 1 when the share is below PCT")
+      ->type_name("PCT")
       ->check(CLI::Range(0.0, 100.0));
   cmd->add_option("--scope", options->scopes,
                   "Count members of these scopes instead of the settings' choice")
