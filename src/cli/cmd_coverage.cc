@@ -20,6 +20,7 @@
 #include "cli/doc_coverage.h"
 #include "cli/host.h"
 #include "cli/project_left_to_exit.h"
+#include "infra/os_path.h"
 #include "infra/registry.h"
 #include "infra/text_encoding.h"
 #include "model/vb6_reader.h"
@@ -65,11 +66,11 @@ void PrintNotes(const ProjectCoverage& coverage) {
 }
 
 bool WriteFile(Host& host, const std::string& path, const std::string& text) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  std::ofstream out(OsPath(path), std::ios::binary | std::ios::trunc);
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
   out.close();
   if (out) return true;
-  host.Fail(kExitUsage, "cannot write " + Utf8ToCp1252(path));
+  host.Fail(kExitUsage, "cannot write " + path);
   return false;
 }
 
