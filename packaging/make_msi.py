@@ -128,6 +128,22 @@ def fresh_registry(prefix):
     shutil.copy2(baseline, prefix.system_reg)
 
 
+def added_classes_keys(before, after):
+    """{key: {name: text}}: the keys below Software\\Classes that `after` has
+    and `before` lacks, or whose values changed (only those values). The
+    Windows Installer's own bookkeeping below Classes\\Installer is left out."""
+    added = {}
+    for key, values in after.items():
+        lower = key.lower()
+        if not lower.startswith("software\\classes\\") or \
+                lower.startswith("software\\classes\\installer\\"):
+            continue
+        new = {n: t for n, t in values.items() if before.get(key, {}).get(n) != t}
+        if key not in before or new:
+            added[key] = new
+    return added
+
+
 def capture_registration(prefix, dll):
     """{key: {name: text}}: what DllRegisterServer adds below Software\\Classes."""
     fresh_registry(prefix)
@@ -140,14 +156,7 @@ def capture_registration(prefix, dll):
     prefix.wait()
     if status != 0:
         raise SystemExit(f"regsvr32 {DLL} failed under Wine (exit status {status})")
-    after = read_registry(prefix.system_reg)
-    added = {}
-    for key, values in after.items():
-        if not key.lower().startswith("software\\classes\\"):
-            continue
-        new = {n: t for n, t in values.items() if before.get(key, {}).get(n) != t}
-        if key not in before or new:
-            added[key] = new
+    added = added_classes_keys(before, read_registry(prefix.system_reg))
     if not added:
         raise SystemExit("DllRegisterServer added no keys below Software\\Classes")
     return added

@@ -82,20 +82,13 @@ target_link_libraries(com_server_test PRIVATE folioscope_component ole32 oleaut3
 target_link_options(com_server_test PRIVATE -static -static-libgcc -static-libstdc++)
 add_dependencies(com_server_test VBFolioscope)
 # The Wine that runs this build's Windows programs: 64-bit Wine for the
-# x86_64 build; for the i686 build the 32-bit Wine of Debian's wine32
-# package or, where that cannot be installed, the one that
-# scripts/wine32-root.sh unpacks into build/wine32-root, always in a 32-bit
-# prefix. The 32-bit tests are added even when that Wine is missing: they
-# fail then, they do not vanish.
+# x86_64 build, 32-bit Wine (cmake/wine32.cmake) for the i686 build.
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   find_program(FOLIOSCOPE_WINE wine)
   set(FS_WINE_ENVIRONMENT "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEDEBUG=-all")
 else()
-  if(EXISTS /usr/lib/wine/wine)
-    set(FOLIOSCOPE_WINE /usr/lib/wine/wine)
-  else()
-    set(FOLIOSCOPE_WINE ${CMAKE_SOURCE_DIR}/build/wine32-root/bin/wine)
-  endif()
+  include(${CMAKE_SOURCE_DIR}/cmake/wine32.cmake)
+  set(FOLIOSCOPE_WINE ${FOLIOSCOPE_WINE32})
   set(FS_WINE_ENVIRONMENT
       "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEARCH=win32;WINEDEBUG=-all;DISPLAY=")
 endif()
