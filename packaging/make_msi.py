@@ -60,6 +60,10 @@ def unescape(text):
     return "".join(out)
 
 
+class RawValue(str):
+    """A value that is no plain string (dword:, hex:, str(2):), as written."""
+
+
 def parse_value(line):
     """(name, text) of one value line; name "" is the default value."""
     if line.startswith("@="):
@@ -70,7 +74,7 @@ def parse_value(line):
             end += 2 if line[end] == "\\" else 1
         name, rest = unescape(line[1:end]), line[end + 2:]
     if not (rest.startswith('"') and rest.endswith('"')):
-        raise ValueError("not a string value: " + line)
+        return name, RawValue(rest)
     return name, unescape(rest[1:-1])
 
 
@@ -195,11 +199,14 @@ def registry_xml(rows):
     for key in sorted(rows):
         values = rows[key]
         attrs = f'Root="HKLM" Key={quoteattr(key)}'
-        if not values:
-            lines.append(f'<RegistryKey {attrs} ForceCreateOnInstall="yes" '
-                         f'ForceDeleteOnUninstall="yes"/>')
-            continue
+        # Name "*" without a value: the key is made on install (also when it
+        # holds no value, as "Programmable") and removed with all it holds
+        # on uninstall.
+        lines.append(f'<RegistryValue {attrs} Name="*" Type="string" Value=""/>')
         for name in sorted(values):
+            if isinstance(values[name], RawValue):
+                raise SystemExit(f"{key}\\{name}: only string values can become rows, "
+                                 f"not {values[name]}")
             name_attr = f" Name={quoteattr(name)}" if name else ""
             lines.append(f'<RegistryValue {attrs}{name_attr} Type="string" '
                          f'Value={quoteattr(formatted(values[name]))}/>')
@@ -225,7 +232,7 @@ def tree_xml(app_dir, folder, arch, indent):
             lines.append(f'{indent}<Component Id="{cid}" Guid="{component_guid(arch + relative)}"'
                          f'{WIN64[arch]}>')
             lines.append(f'{indent}  <File Id="{ident("F_", relative)}" Name={quoteattr(name)} '
-                         f'Source={quoteattr(path)} KeyPath="yes"/>')
+                         f'Source={quoteattr(relative)} KeyPath="yes"/>')
             lines.append(f"{indent}</Component>")
             components.append(cid)
     return lines, components
@@ -238,7 +245,6 @@ def wxs(args, rows):
     arch = args.arch
     program_files = "ProgramFiles64Folder" if arch == "x64" else "ProgramFilesFolder"
     res_lines, res_components = tree_xml(args.app_dir, "Res", arch, "          ")
-    dll_source = os.path.join(args.app_dir, DLL)
     registry = "\n".join("            " + line for line in registry_xml(rows))
     refs = "\n".join(f'      <ComponentRef Id="{c}"/>'
                      for c in ["C_Server", "C_Keywords"] + res_components)
@@ -255,11 +261,11 @@ def wxs(args, rows):
       <Directory Id="{program_files}">
         <Directory Id="INSTALLDIR" Name="Folioscope">
           <Component Id="C_Server" Guid="{component_guid(arch + DLL)}"{WIN64[arch]}>
-            <File Id="{DLL}" Name="{DLL}" Source={quoteattr(dll_source)} KeyPath="yes"/>
+            <File Id="{DLL}" Name="{DLL}" Source="{DLL}" KeyPath="yes"/>
 {registry}
           </Component>
           <Component Id="C_Keywords" Guid="{component_guid(arch + 'sfn.dat')}"{WIN64[arch]}>
-            <File Id="sfn.dat" Name="sfn.dat" Source={quoteattr(os.path.join(args.app_dir, 'sfn.dat'))} KeyPath="yes"/>
+            <File Id="sfn.dat" Name="sfn.dat" Source="sfn.dat" KeyPath="yes"/>
           </Component>
           <Directory Id="D_Res" Name="Res">
 {res}
@@ -291,7 +297,10 @@ def main():
     source = os.path.join(args.work, f"Folioscope-{args.arch}.wxs")
     with open(source, "w", encoding="utf-8") as f:
         f.write(wxs(args, rows))
-    subprocess.run(["wixl", "--arch", args.arch, "-o", args.output, source], check=True)
+    # wixl reads the files relative to its working folder (Source names are
+    # relative to the application folder).
+    subprocess.run(["wixl", "--arch", args.arch, "-o", os.path.abspath(args.output),
+                    os.path.abspath(source)], check=True, cwd=args.app_dir)
     log("Windows Installer package: " + args.output)
     return 0
 
