@@ -145,7 +145,20 @@ def added_classes_keys(before, after):
         new = {n: t for n, t in values.items() if before.get(key, {}).get(n) != t}
         if key not in before or new:
             added[key] = new
+    # Wine's files leave out keys that hold only subkeys ("TypeLib\\{id}");
+    # they are new as well when no earlier key lies below them.
+    existing = {a.lower() for key in before for a in ancestors(key)}
+    for key in list(added):
+        for parent in ancestors(key)[:-1]:
+            if parent.lower() not in existing and parent not in added:
+                added[parent] = {}
     return added
+
+
+def ancestors(key):
+    """"A\\B\\C" -> ["A", "A\\B", "A\\B\\C"]."""
+    parts = key.split("\\")
+    return ["\\".join(parts[:i]) for i in range(1, len(parts) + 1)]
 
 
 def capture_registration(prefix, dll):
