@@ -6,6 +6,11 @@
 # the bash completion. `cmake --build build --target package` makes
 # folioscope_<version>_amd64.deb with CPack.
 
+# The sanitizer build is for the tests only.
+if(FOLIOSCOPE_SANITIZE)
+  return()
+endif()
+
 install(TARGETS folioscope RUNTIME DESTINATION bin)
 
 # The man page and the bash completion are written by the built program.
