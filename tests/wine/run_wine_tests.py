@@ -568,7 +568,8 @@ def comparable(rows):
 
 
 def run_msi(args):
-    """The package in a fresh prefix: installed, used, and uninstalled."""
+    """The package in a fresh prefix: installed, used, replaced by a newer
+    release, and uninstalled."""
     state = checked_state(args.work)
     if state is None:
         return SKIP
@@ -580,6 +581,8 @@ def run_msi(args):
     shutil.rmtree(wine.prefix, ignore_errors=True)
     args.installed = os.path.join(wine.prefix, "drive_c", "Program Files", "Folioscope")
     faults = msi_install_and_use(wine, state, args)
+    if not faults:
+        faults += msi_upgrade(wine, state, args)
     faults += msi_uninstall(wine, state, args)
     wine.stop_server()
     shutil.rmtree(wine.prefix, ignore_errors=True)
@@ -605,6 +608,53 @@ def msi_install_and_use(wine, state, args):
         faults.append(f"the README example did not finish (exit status {rc})\n{err[-2000:]}")
     faults += report_differences(state["reference"], os.path.join(output_dir, "Kontor"))
     return faults
+
+
+def msi_property(msi, name):
+    table = subprocess.run(["msiinfo", "export", msi, "Property"], capture_output=True,
+                           text=True, check=True).stdout
+    return dict(line.split("\t", 1) for line in table.splitlines() if "\t" in line)[name]
+
+
+def products(wine):
+    """The product codes Windows lists as installed programs."""
+    key = "software\\microsoft\\windows\\currentversion\\uninstall\\"
+    return {k[len(key):].upper() for k in registry_of(wine)
+            if k.lower().startswith(key) and "\\" not in k[len(key):]}
+
+
+def msi_upgrade(wine, state, args):
+    """A package of the next version, made from the same DLL the way the
+    build makes its package, replaces the installed one."""
+    version = msi_property(args.msi, "ProductVersion").split(".")
+    version[-1] = str(int(version[-1]) + 1)
+    newer = os.path.join(args.work, "msi-newer", "Folioscope-newer.msi")
+    subprocess.run([sys.executable, "-B", make_msi.__file__, "--arch",
+                    "x86" if args.arch == "i686" else "x64", "--version", ".".join(version),
+                    "--app-dir", state["app"], "--wine", args.wine, "--work",
+                    os.path.dirname(newer), "--output", newer], check=True,
+                   stdout=subprocess.DEVNULL)
+    old_code = msi_property(args.msi, "ProductCode")
+    new_code = msi_property(newer, "ProductCode")
+    rc, out, err, _ = wine.run([wine.msiexec, "/i", windows_path(newer), "/qn"])
+    faults = [] if rc == 0 else [f"msiexec /i of the newer package: exit status {rc}\n{out}{err}"]
+    installed = products(wine)
+    if old_code in installed or new_code not in installed:
+        faults.append(f"after the upgrade Windows lists {sorted(installed)}, expected only "
+                      f"{new_code} (not {old_code})")
+    faults += installed_differences(state["app"], args.installed)
+    _, out, _, _ = wine.run([wine.cscript, "//nologo", windows_path(create_object_script(args))])
+    if "CreateObject: 0" not in out:
+        faults.append("CreateObject fails after the upgrade: " + out.strip())
+    args.msi = newer  # the package to uninstall
+    return faults
+
+
+def create_object_script(args):
+    script = os.path.join(args.work, "scripts", "create_object.vbs")
+    with open(script, "w", newline="\r\n") as f:
+        f.write(CREATE_OBJECT_VBS)
+    return script
 
 
 def installed_differences(app, installed):
@@ -640,10 +690,7 @@ def msi_uninstall(wine, state, args):
              for d, _, names in os.walk(args.installed) for n in names]
     if files:
         faults.append(f"files stay after msiexec /x: {files[:5]}")
-    script = os.path.join(args.work, "scripts", "create_object.vbs")
-    with open(script, "w", newline="\r\n") as f:
-        f.write(CREATE_OBJECT_VBS)
-    _, out, _, _ = wine.run([wine.cscript, "//nologo", windows_path(script)])
+    _, out, _, _ = wine.run([wine.cscript, "//nologo", windows_path(create_object_script(args))])
     if "CreateObject: 0" in out or "CreateObject: " not in out:
         faults.append("CreateObject still works after msiexec /x: " + out.strip())
     os.makedirs(args.installed, exist_ok=True)
