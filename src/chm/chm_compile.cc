@@ -22,6 +22,7 @@
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
+#include "infra/os_path.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
@@ -80,7 +81,7 @@ void DeleteWrittenFiles(std::set<std::string>& written, const std::string& folde
     const std::string name = NameInFolder(*it, folder);
     if (!name.empty() && WildcardMatch(name, pattern) && ResolveInside(folder, name)) {
       std::error_code ec;
-      std::filesystem::remove(NativePath(*it), ec);
+      std::filesystem::remove(OsPath(*it), ec);
       it = written.erase(it);
     } else {
       ++it;

@@ -2,13 +2,16 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
 #include "infra/file_system.h"
+#include "infra/os_path.h"
 #include "infra/path_guard.h"
+#include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {
@@ -70,8 +73,7 @@ std::vector<std::string> FramedPages(const std::string& folder,
   std::vector<std::string> framed;
   for (const std::string& page : pages) {
     const std::string path = folder + "/" + ResolveFileName(folder, page);
-    std::error_code ec;
-    if (!fs::is_regular_file(path, ec)) continue;
+    if (!IsPlainFile(path)) continue;
     const std::string text = ReadFileText(path);
     const std::string lower = vb::LCase(text);
     for (size_t at = lower.find("<frame"); at != std::string::npos;
@@ -94,6 +96,89 @@ std::vector<std::string> FramedPages(const std::string& folder,
   return framed;
 }
 
+bool IsAscii(std::string_view name) {
+  return std::all_of(name.begin(), name.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// The "Local" pages of a contents or index file that chmcmd cannot find by
+// itself: it looks a page named there up by the name's bytes, which for a
+// name beyond ASCII are not the UTF-8 bytes on disk.
+std::vector<std::string> SitemapPagesBeyondAscii(const std::string& folder,
+                                                 const std::string& sitemap) {
+  std::vector<std::string> pages;
+  const std::string path = folder + "/" + ResolveFileName(folder, NativePath(sitemap));
+  if (sitemap.empty() || !IsPlainFile(path)) return pages;
+  const std::string text = ReadFileText(path);
+  const std::string lower = vb::LCase(text);
+  const std::string marker = "name=\"local\" value=\"";
+  for (size_t at = lower.find(marker); at != std::string::npos; at = lower.find(marker, at + 1)) {
+    const size_t start = at + marker.size();
+    const size_t stop = text.find('"', start);
+    if (stop == std::string::npos) break;
+    const std::string page = text.substr(start, stop - start);
+    if (!IsAscii(page)) pages.push_back(page);
+  }
+  return pages;
+}
+
+// `name` (relative to `folder`) as the file system holds it. chmcmd opens
+// files by these bytes and stores them in the help file under them, which
+// is the UTF-8 form the help viewer looks up for a link.
+std::string OsFileName(const std::string& folder, const std::string& name) {
+  if (IsAscii(name)) return name;
+  const std::string os_folder = OsPath(folder) + "/";
+  const std::string os_path = OsPath(folder + "/" + name);
+  if (os_path.compare(0, os_folder.size(), os_folder) == 0) return os_path.substr(os_folder.size());
+  return Cp1252ToUtf8(name);
+}
+
+// "KEY = value" with the value as OsFileName gives it.
+std::string WithOsValue(const std::string& folder, const std::string& line) {
+  const size_t eq = line.find('=');
+  const std::string value = vb::Trim(line.substr(eq + 1));
+  const std::string os_value = OsFileName(folder, value);
+  if (os_value == value) return line;
+  return line.substr(0, line.find(value, eq)) + os_value;
+}
+
+// The lower-case key of an "[OPTIONS]" line that names a file, else "".
+std::string FileOptionKey(const std::string& section, const std::string& line) {
+  if (section != "OPTIONS" || line.find('=') == std::string::npos) return "";
+  const std::string key = vb::LCase(vb::Trim(line.substr(0, line.find('='))));
+  const bool names_file = key == "compiled file" || key == "default topic" ||
+                          key == "contents file" || key == "index file";
+  return names_file ? key : "";
+}
+
+bool NamesAFile(const std::string& section, const std::string& line) {
+  if (section == "ALIAS") return line.find('=') != std::string::npos;
+  return !FileOptionKey(section, line).empty();
+}
+
+// The project lines with every file name in its file-system form: the
+// [FILES] lines, alias targets and the file options of [OPTIONS]. Lines
+// without such names, and names of ASCII only, stay as they are.
+std::vector<std::string> WithOsFileNames(const std::string& folder,
+                                         const std::vector<std::string>& lines) {
+  std::vector<std::string> out;
+  std::string section;
+  for (const std::string& line : lines) {
+    const std::string name = SectionName(line);
+    if (!name.empty()) section = name;
+    if (name.empty() && section == "FILES" && !vb::Trim(line).empty()) {
+      const std::string listed = vb::Trim(line);
+      const std::string os_name = OsFileName(folder, listed);
+      out.push_back(os_name == listed ? line : os_name);
+    } else if (name.empty() && NamesAFile(section, line)) {
+      out.push_back(WithOsValue(folder, line));
+    } else {
+      out.push_back(line);
+    }
+  }
+  return out;
+}
+
 }  // namespace
 
 std::string FindHelpCompiler() {
@@ -110,11 +195,9 @@ std::string FindHelpCompiler() {
 }
 
 std::string ResolveFileName(const std::string& folder, const std::string& name) {
-  std::error_code ec;
-  if (fs::exists(fs::path(folder) / name, ec)) return name;
-  for (const auto& entry : fs::directory_iterator(folder, ec)) {
-    const std::string candidate = entry.path().filename().string();
-    if (vb::LCase(candidate) == vb::LCase(name)) return candidate;
+  if (PathExists(folder + "/" + name)) return name;
+  for (const FolderEntry& entry : ListFolder(folder)) {
+    if (vb::LCase(entry.name) == vb::LCase(name)) return entry.name;
   }
   return name;
 }
@@ -131,8 +214,7 @@ std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
     const std::string included = IncludedName(line);
     if ((section == "ALIAS" || section == "MAP") && !included.empty()) {
       const std::string path = folder + "/" + ResolveFileName(folder, NativePath(included));
-      std::error_code ec;
-      if (!fs::exists(path, ec)) continue;
+      if (!PathExists(path)) continue;
       for (const std::string& inner : SplitLines(ReadFileText(path))) {
         if (section == "ALIAS" && !AliasTarget(inner).empty()) {
           targets.push_back(AliasTarget(inner));
@@ -147,14 +229,18 @@ std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
     if (section == "ALIAS" && name.empty() && !AliasTarget(line).empty()) {
       targets.push_back(AliasTarget(line));
     }
+    const std::string key = FileOptionKey(section, line);
+    if (key == "contents file" || key == "index file") {
+      for (std::string& page : SitemapPagesBeyondAscii(folder, AliasTarget(line)))
+        targets.push_back(std::move(page));
+    }
     if (name == "FILES" && files_header == std::string::npos) files_header = out.size();
     out.push_back(line);
   }
   // chmcmd's own page scan does not follow frames: the pages that a listed
   // frame set shows are listed as well.
   for (const std::string& page : FramedPages(folder, listed)) {
-    std::error_code ec;
-    if (fs::is_regular_file(fs::path(folder) / ResolveFileName(folder, page), ec)) {
+    if (IsPlainFile(folder + "/" + ResolveFileName(folder, page))) {
       targets.push_back(page);
     }
   }
@@ -174,7 +260,7 @@ std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
                missing.end());
   }
   std::string text;
-  for (const std::string& line : out) text += line + "\r\n";
+  for (const std::string& line : WithOsFileNames(folder, out)) text += line + "\r\n";
   return text;
 }
 
@@ -201,13 +287,13 @@ bool WildcardMatch(std::string_view name, std::string_view pattern) {
 }
 
 void DeleteMatchingFiles(const std::string& folder, std::string_view pattern) {
-  std::error_code ec;
-  std::vector<fs::path> doomed;
-  for (const auto& entry : fs::directory_iterator(NativePath(folder), ec)) {
-    if (!entry.is_regular_file(ec)) continue;
-    if (WildcardMatch(entry.path().filename().string(), pattern)) doomed.push_back(entry.path());
+  std::vector<std::string> doomed;
+  for (const FolderEntry& entry : ListFolder(folder)) {
+    if (entry.is_folder || !IsPlainFile(folder + "/" + entry.name)) continue;
+    if (WildcardMatch(entry.name, pattern)) doomed.push_back(entry.os_path);
   }
-  for (const fs::path& path : doomed) fs::remove(path, ec);
+  std::error_code ec;
+  for (const std::string& path : doomed) fs::remove(path, ec);
 }
 
 std::string ShellQuote(std::string_view text) {

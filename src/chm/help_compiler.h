@@ -24,8 +24,12 @@ std::string FindHelpCompiler();
 // The project text `hhp` of the project in `folder`, rewritten for chmcmd:
 // every "#include NAME" line of the [ALIAS] and [MAP] sections replaced by
 // the lines of that file (its name matched without regard to case; a
-// missing file contributes nothing), and every alias target that [FILES]
-// does not list added right after the "[FILES]" line.
+// missing file contributes nothing), and every alias target, framed page and
+// contents or index page named beyond ASCII that [FILES] does not list added
+// right after the "[FILES]" line. File names (the
+// [FILES] lines, alias targets, the file options) are written as the file
+// system holds them, so an umlaut-named page is found and stored in the
+// help file under its UTF-8 name; every other byte stays as in `hhp`.
 std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp);
 
 // The name of the file in `folder` that `name` denotes when case is ignored

@@ -43,6 +43,28 @@ TEST_F(HelpCompilerTest, DerivedProjectListsThePagesOfListedFrameSets) {
             "[FILES]\r\nLogo.htm\r\n_Index.htm\r\nMenu.htm\r\n");
 }
 
+// Pages named beyond ASCII are on disk in UTF-8; chmcmd gets those names,
+// including the contents pages it would not find by itself. Everything else
+// stays byte for byte.
+TEST_F(HelpCompilerTest, DerivedProjectNamesUmlautPagesAsTheFileSystemHoldsThem) {
+  WriteBytes(root_ / "toc.hhc",
+             "<param name=\"Local\" value=\"Projekt.htm\">\r\n"
+             "<param name=\"Local\" value=\"CB\374cher_Z\xE4hle.htm\">\r\n");
+  WriteBytes(root_ / "alias_test.h", "IDH_Z = CB\374cher_Z\xE4hle.htm\r\n");
+  for (const char* page : {"Projekt.htm", "CB\xC3\274cher.htm", "CB\xC3\274cher_Z\xC3\xA4hle.htm"})
+    WriteBytes(root_ / page, "x");
+  const std::string hhp =
+      "[Options]\r\nCompiled File = B\374cherei.chm\r\nContents file=toc.hhc\r\n"
+      "Default topic = CB\374cher.htm\r\nTitle=B\374cherei \x96 Hilfe\r\n\r\n"
+      "[FILES]\r\nProjekt.htm\r\nCB\374cher.htm\r\n\r\n"
+      "[Alias]\r\n#include alias_Test.h\r\n";
+  EXPECT_EQ(ChmcmdProjectText(root_.string(), hhp),
+            "[Options]\r\nCompiled File = B\xC3\274cherei.chm\r\nContents file=toc.hhc\r\n"
+            "Default topic = CB\xC3\274cher.htm\r\nTitle=B\374cherei \x96 Hilfe\r\n\r\n"
+            "[FILES]\r\nCB\xC3\274cher_Z\xC3\xA4hle.htm\r\nProjekt.htm\r\nCB\xC3\274cher.htm\r\n"
+            "\r\n[Alias]\r\nIDH_Z = CB\xC3\274cher_Z\xC3\xA4hle.htm\r\n");
+}
+
 TEST_F(HelpCompilerTest, WildcardsMatchLikeTheWindowsFileFunctions) {
   struct Case {
     const char* name;

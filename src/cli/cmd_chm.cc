@@ -17,6 +17,8 @@
 #include "cli/output_folder.h"
 #include "cli/project_left_to_exit.h"
 #include "engine/folioscope.h"
+#include "infra/file_system.h"
+#include "infra/os_path.h"
 #include "infra/text_encoding.h"
 #include "model/vb6_reader.h"
 
@@ -39,7 +41,7 @@ int32_t SaveModeOf(const ChmOptions& options) {
 
 bool HelpFileWritten(const std::string& folder, const std::string& project_name) {
   std::error_code ec;
-  const std::filesystem::path chm = std::filesystem::path(folder) / (project_name + ".chm");
+  const std::filesystem::path chm(OsPath(JoinPath(folder, project_name + ".chm")));
   return std::filesystem::is_regular_file(chm, ec) && std::filesystem::file_size(chm, ec) > 0;
 }
 

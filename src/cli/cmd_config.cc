@@ -30,9 +30,9 @@ std::string ValueText(CRegistry& reg, const SettingInfo& s) {
   return reg.ReadRegString(kHkeyCurrentUser, s.key, s.name, "");
 }
 
-const SettingInfo* Lookup(Host& host, const std::string& name_utf8) {
-  const SettingInfo* s = FindSetting(name_utf8);
-  if (!s) host.Fail(kExitUsage, "unknown setting \"" + Utf8ToCp1252(name_utf8) + "\"");
+const SettingInfo* Lookup(Host& host, const std::string& name) {
+  const SettingInfo* s = FindSetting(name);
+  if (!s) host.Fail(kExitUsage, "unknown setting \"" + name + "\"");
   return s;
 }
 
@@ -82,13 +82,13 @@ void Get(Host& host, const ConfigArgs& args) {
 void Set(Host& host, const ConfigArgs& args) {
   if (!host.Start()) return;
   const SettingInfo* s = Lookup(host, args.name);
-  if (s) Write(host, *s, Utf8ToCp1252(args.value));
+  if (s) Write(host, *s, args.value);
 }
 
 void Use(Host& host, const ConfigArgs& args) {
   if (!host.Start()) return;
-  std::string set = Utf8ToCp1252(args.set);
-  std::string language = Utf8ToCp1252(args.language);
+  std::string set = args.set;
+  std::string language = args.language;
   CRegistry reg(&host.settings());
   if (language.empty())
     language = reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportLanguage", "");

@@ -25,6 +25,8 @@
 #include "engine/doc_lint.h"
 #include "engine/folioscope.h"
 #include "engine/fs_communicator.h"
+#include "infra/file_system.h"
+#include "infra/os_path.h"
 #include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
 #include "model/source_model.h"
@@ -122,11 +124,12 @@ void RunReport(Host& host, const ReportOptions& o) {
   if (host.FinalStatus() != kExitDone) return;
   std::error_code ec;
   const std::filesystem::path page =
-      std::filesystem::absolute(std::filesystem::path(report.PlainPath) / PageToOpen(o), ec);
+      std::filesystem::absolute(OsPath(JoinPath(report.PlainPath, PageToOpen(o))), ec);
+  const std::string shown = PathFromOs(page.string());
   if (std::filesystem::exists(page, ec)) {
-    Host::PrintLine("Open the report: " + page.string());
+    Host::PrintLine("Open the report: " + shown);
   } else {
-    host.Fail(kExitFailed, "no page was written: " + page.string());
+    host.Fail(kExitFailed, "no page was written: " + shown);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "infra/error_handler.h"
+#include "infra/os_path.h"
 #include "infra/text_encoding.h"
 
 namespace folioscope {
@@ -45,17 +46,18 @@ std::string ExecutableFolder() {
   std::error_code ec;
   fs::path exe = fs::read_symlink("/proc/self/exe", ec);
   if (ec) return ".";
-  return exe.parent_path().string();
+  return PathFromOs(exe.parent_path().string());
 }
 
 bool IsFolder(const std::string& p) {
   struct stat st {};
-  return ::stat(p.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+  return ::stat(OsPath(p).c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
+// A variable of the environment; paths there are in the file system's form.
 std::string Env(const char* name) {
   const char* v = std::getenv(name);
-  return v ? v : "";
+  return v ? PathFromOs(v) : "";
 }
 
 }  // namespace
@@ -68,8 +70,8 @@ std::string ResolveApplicationFolder(const std::string& option) {
     folder = IsFolder(exe + "/Res") ? exe : exe + "/../share/folioscope";
   }
   std::error_code ec;
-  fs::path abs = fs::weakly_canonical(fs::absolute(folder, ec), ec);
-  std::string result = ec ? folder : abs.string();
+  fs::path abs = fs::weakly_canonical(fs::absolute(OsPath(folder), ec), ec);
+  std::string result = ec ? folder : PathFromOs(abs.string());
   while (result.size() > 1 && result.back() == '/') result.pop_back();
   return result;
 }

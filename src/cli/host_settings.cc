@@ -194,24 +194,23 @@ std::optional<std::pair<std::string, RegValue>> LayeredSettings::EnumValue(uint3
 
 namespace {
 
-// Applies one NAME=VALUE option (text in UTF-8) to the options tree.
-bool ApplyOption(const std::string& name, const std::string& text_utf8, const std::string& option,
+// Applies one NAME=VALUE option to the options tree.
+bool ApplyOption(const std::string& name, const std::string& text, const std::string& option,
                  RegistryTree* tree, std::string* error) {
   const SettingInfo* s = FindSetting(name);
   if (!s) {
-    *error = option + ": unknown setting \"" + Utf8ToCp1252(name) + "\"";
+    *error = option + ": unknown setting \"" + name + "\"";
     return false;
   }
   if (s->is_word) {
     int32_t n = 0;
-    if (!ParseWord(text_utf8, &n)) {
-      *error = option + ": " + s->name + " takes a 32-bit whole number, not \"" +
-               Utf8ToCp1252(text_utf8) + "\"";
+    if (!ParseWord(text, &n)) {
+      *error = option + ": " + s->name + " takes a 32-bit whole number, not \"" + text + "\"";
       return false;
     }
     Put(tree, *s, WordValue(n));
   } else {
-    Put(tree, *s, RegValue{kRegSz, Utf8ToCp1252(text_utf8)});
+    Put(tree, *s, RegValue{kRegSz, text});
   }
   return true;
 }
@@ -225,11 +224,11 @@ std::unique_ptr<SettingsBackend> MakeHostSettings(const std::string& registry_pa
   for (const auto& option : options.options) {
     size_t eq = option.find('=');
     if (eq == std::string::npos || eq == 0) {
-      *error = "--option " + Utf8ToCp1252(option) + ": expected NAME=VALUE";
+      *error = "--option " + option + ": expected NAME=VALUE";
       return nullptr;
     }
     if (!ApplyOption(option.substr(0, eq), option.substr(eq + 1),
-                     "--option " + Utf8ToCp1252(option.substr(0, eq)), &overrides, error))
+                     "--option " + option.substr(0, eq), &overrides, error))
       return nullptr;
   }
   if (!options.set.empty() && !ApplyOption("ReportPath", options.set, "--set", &overrides, error))

@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "cli/host.h"
-#include "infra/text_encoding.h"
+#include "infra/os_path.h"
 
 namespace folioscope {
 
@@ -22,7 +22,7 @@ constexpr const char* kMarkerText =
 OutputFolderState InspectOutputFolder(const std::string& folder) {
   OutputFolderState state;
   std::error_code ec;
-  const fs::path path(folder.empty() ? std::string(".") : folder);
+  const fs::path path(OsPath(folder.empty() ? std::string(".") : folder));
   const fs::file_status status = fs::status(path, ec);
   if (status.type() == fs::file_type::not_found) return state;
   if (status.type() != fs::file_type::directory) {
@@ -31,7 +31,7 @@ OutputFolderState InspectOutputFolder(const std::string& folder) {
   }
   bool marked = false;
   for (fs::directory_iterator it(path, ec), end; !ec && it != end; it.increment(ec)) {
-    const std::string name = it->path().filename().string();
+    const std::string name = PathFromOs(it->path().filename().string());
     if (name == kReportMarkerName) {
       marked = true;
     } else if (state.first_foreign.empty() || name < state.first_foreign) {
@@ -55,7 +55,7 @@ OutputFolderState InspectOutputFolder(const std::string& folder) {
 
 bool MarkReportFolder(const std::string& folder) {
   std::error_code ec;
-  const fs::path path(folder.empty() ? std::string(".") : folder);
+  const fs::path path(OsPath(folder.empty() ? std::string(".") : folder));
   if (!fs::is_directory(path, ec)) return true;
   const fs::path marker = path / kReportMarkerName;
   if (fs::exists(fs::symlink_status(marker, ec))) return true;
@@ -64,10 +64,8 @@ bool MarkReportFolder(const std::string& folder) {
   return static_cast<bool>(out);
 }
 
-bool ClaimOutputFolder(Host& host, const std::string& folder_utf8, bool force) {
-  const OutputFolderState state = InspectOutputFolder(folder_utf8);
-  // Host::Fail takes Windows-1252 text; the names on this side are UTF-8.
-  const std::string folder = Utf8ToCp1252(folder_utf8);
+bool ClaimOutputFolder(Host& host, const std::string& folder, bool force) {
+  const OutputFolderState state = InspectOutputFolder(folder);
   if (state.kind == OutputFolderState::kNotAFolder) {
     host.Fail(kExitUsage, "the output folder '" + folder + "' exists and is not a folder");
     return false;
@@ -76,12 +74,12 @@ bool ClaimOutputFolder(Host& host, const std::string& folder_utf8, bool force) {
     host.Fail(kExitUsage, "the output folder '" + folder +
                               "' is not empty and holds no earlier report of folioscope (first "
                               "foreign entry: '" +
-                              Utf8ToCp1252(state.first_foreign) +
+                              state.first_foreign +
                               "'); choose an empty or new folder, or pass --force to write "
                               "into it all the same");
     return false;
   }
-  if (!MarkReportFolder(folder_utf8)) {
+  if (!MarkReportFolder(folder)) {
     host.Fail(kExitUsage, "cannot write the report marker into '" + folder + "'");
     return false;
   }

@@ -31,7 +31,8 @@ struct OutputFolderState {
   std::string first_foreign;  // kForeign: the first entry in name order
 };
 
-// Looks at `folder` (a path as the user gave it). Never throws.
+// Looks at `folder` (Windows-1252, as every path on this side of the
+// command line). Never throws.
 OutputFolderState InspectOutputFolder(const std::string& folder);
 
 // Writes the marker into `folder` when the folder exists and lacks it.

@@ -12,6 +12,7 @@
 #include "engine/fs_communicator.h"
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
+#include "infra/os_path.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
@@ -48,7 +49,7 @@ std::string CombineOutputPath(const std::string& plain_path, const std::string& 
 void MakeFolder(const std::string& path) {
   namespace fs = std::filesystem;
   std::error_code ec;
-  const fs::path folder(NativePath(path));
+  const fs::path folder(OsPath(path));
   fs::create_directory(folder, ec);
   if (!ec) return;
   const fs::path parent = folder.parent_path();

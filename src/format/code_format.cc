@@ -10,6 +10,7 @@
 
 #include "format/keyword_resource.h"
 #include "infra/error_handler.h"
+#include "infra/os_path.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 
@@ -71,7 +72,7 @@ struct FileStamp {
 
 bool StampOf(const std::string& path, FileStamp* stamp) {
   struct stat st {};
-  if (::stat(NativePath(path).c_str(), &st) != 0) return false;
+  if (::stat(OsPath(path).c_str(), &st) != 0) return false;
   stamp->device = st.st_dev;
   stamp->inode = st.st_ino;
   stamp->size = st.st_size;
@@ -154,7 +155,7 @@ void CCodeFormat::RestoreSourceFile() {
     const std::string folder = CurrentPlatform().ApplicationFolder();
     if (!file_system_.IsOrdnerVorhanden(folder)) {
       std::error_code ec;
-      std::filesystem::create_directories(NativePath(folder), ec);
+      std::filesystem::create_directories(OsPath(folder), ec);
       if (ec) vb::Raise(vb::kPathNotFound);
     }
     std::string_view bytes = KeywordResource();

@@ -5,8 +5,10 @@
 #include <cstdio>
 #include <filesystem>
 #include <new>
+#include <utility>
 
 #include "infra/file_system.h"
+#include "infra/os_path.h"
 #include "infra/platform.h"
 
 namespace folioscope {
@@ -26,7 +28,7 @@ class DialogActions : public ErrorDialogActions {
 };
 
 bool AppendBytes(const std::string& path, const std::string& bytes) {
-  std::FILE* f = std::fopen(NativePath(path).c_str(), "ab");
+  std::FILE* f = std::fopen(OsPath(path).c_str(), "ab");
   if (!f) return false;
   bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
   return (std::fclose(f) == 0) && ok;
@@ -106,14 +108,23 @@ void CErrorHandler::AppendToLog() {
   std::string folder = p.FallbackLogFolder();
   if (folder.empty()) return;
   std::error_code ec;
-  std::filesystem::create_directories(NativePath(folder), ec);
+  std::filesystem::create_directories(OsPath(folder), ec);
   std::string fallback = JoinPath(folder, "ErrorLog.txt");
   if (AppendBytes(fallback, entry)) log_path_ = fallback;
+}
+
+CErrorHandler::FaultDiversion CErrorHandler::DivertFaults(FaultDiversion diversion) {
+  std::swap(diversion, diversion_);
+  return diversion;
 }
 
 int32_t CErrorHandler::Report(const vb::RuntimeError& error, const std::string& procedure,
                               int32_t line, const std::string& hint, const std::string& module) {
   try {
+    if (diversion_) {
+      diversion_(error, procedure, module);
+      return kChoiceIgnore;
+    }
     Platform& p = CurrentPlatform();
     EnsureApplicationFields();
     ++report_count_;

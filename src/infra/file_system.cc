@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "infra/os_path.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {
@@ -69,10 +70,10 @@ FirstEntry FirstMatch(const std::string& path) {
 
 bool HasWildcard(std::string_view s) { return s.find_first_of("*?") != std::string_view::npos; }
 
-FirstEntry EntryOf(const std::string& path) {
+FirstEntry EntryOf(const std::string& os_path) {
   FirstEntry entry;
   struct stat st {};
-  if (::stat(path.c_str(), &st) != 0) return entry;
+  if (::stat(os_path.c_str(), &st) != 0) return entry;
   entry.found = true;
   entry.folder = S_ISDIR(st.st_mode);
   entry.size_low = static_cast<uint32_t>(static_cast<uint64_t>(st.st_size) & 0xFFFFFFFFu);
@@ -80,24 +81,25 @@ FirstEntry EntryOf(const std::string& path) {
 }
 
 // FindFirstFile's first match: the path itself, or the first directory entry
-// (in name order, for a stable answer) that matches a wildcard last part.
+// (in name order, for a stable answer) that matches a wildcard last part,
+// without case as on Windows.
 FirstEntry FirstMatch(const std::string& raw) {
   if (raw.empty()) return {};
   std::string path = NativePath(raw);
   if (path.back() == '/' || raw.back() == '\\') return {};
-  std::error_code ec;
   size_t slash = path.rfind('/');
   std::string last = slash == std::string::npos ? path : path.substr(slash + 1);
-  if (!HasWildcard(last)) return EntryOf(path);
+  if (!HasWildcard(last)) return EntryOf(OsPath(path));
   std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  std::vector<std::string> names;
-  for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
-    std::string name = it->path().filename().string();
-    if (fnmatch(last.c_str(), name.c_str(), FNM_CASEFOLD) == 0) names.push_back(name);
+  const std::string pattern = vb::LCase(last);
+  std::vector<std::pair<std::string, std::string> > matches;  // name, OS path
+  for (FolderEntry& entry : ListFolder(folder)) {
+    if (fnmatch(pattern.c_str(), vb::LCase(entry.name).c_str(), 0) == 0)
+      matches.emplace_back(std::move(entry.name), std::move(entry.os_path));
   }
-  if (names.empty()) return {};
-  std::sort(names.begin(), names.end());
-  return EntryOf(folder + names.front());
+  if (matches.empty()) return {};
+  std::sort(matches.begin(), matches.end());
+  return EntryOf(matches.front().second);
 }
 
 #endif
@@ -114,8 +116,23 @@ bool CFileSystem::IsDateiVorhanden(const std::string& path) const {
   return entry.found && !entry.folder && entry.size_low != 0;
 }
 
+bool PathExists(const std::string& path) {
+  std::error_code ec;
+  return fs::exists(fs::symlink_status(OsPath(path), ec));
+}
+
+bool IsPlainFile(const std::string& path) {
+  std::error_code ec;
+  return fs::is_regular_file(OsPath(path), ec);
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code ec;
+  return fs::equivalent(OsPath(a), OsPath(b), ec);
+}
+
 std::string ReadFileText(const std::string& path) {
-  std::string native = NativePath(path);
+  std::string native = OsPath(path);
   struct stat st {};
   if (::stat(native.c_str(), &st) != 0) vb::Raise(vb::kFileNotFound);
   if (S_ISDIR(st.st_mode)) vb::Raise(vb::kPathFileAccessError);
@@ -132,7 +149,7 @@ std::string ReadFileText(const std::string& path) {
 }
 
 void WriteTextFile(const std::string& path, std::string_view text, bool append) {
-  std::string native = NativePath(path);
+  std::string native = OsPath(path);
   std::FILE* f = std::fopen(native.c_str(), append ? "ab" : "wb");
   if (!f) vb::Raise(errno == ENOENT ? vb::kPathNotFound : vb::kPathFileAccessError);
   bool ok = std::fwrite(text.data(), 1, text.size(), f) == text.size() &&
@@ -142,7 +159,7 @@ void WriteTextFile(const std::string& path, std::string_view text, bool append) 
 }
 
 bool WriteFileAtomically(const std::string& path, std::string_view bytes) {
-  std::string native = NativePath(path);
+  std::string native = OsPath(path);
 #ifdef _WIN32
   std::string temp = native + ".tmp" + std::to_string(::GetCurrentProcessId());
 #else
@@ -168,8 +185,8 @@ bool WriteFileAtomically(const std::string& path, std::string_view bytes) {
 }
 
 void CopyFileOver(const std::string& source, const std::string& target) {
-  std::string from = NativePath(source);
-  std::string to = NativePath(target);
+  std::string from = OsPath(source);
+  std::string to = OsPath(target);
   std::error_code ec;
   if (!fs::is_regular_file(from, ec)) vb::Raise(vb::kFileNotFound);
   fs::copy_file(from, to, fs::copy_options::overwrite_existing, ec);

@@ -2,7 +2,8 @@
 //
 // Paths are Windows-1252 byte strings built by the component with
 // kPathSeparator. File names read from report-set files use backslashes;
-// NativePath() turns them into this platform's form before the OS sees them.
+// NativePath() turns them into this platform's separators. Every function
+// here hands its paths to the OS through OsPath() (os_path.h).
 #ifndef FOLIOSCOPE_INFRA_FILE_SYSTEM_H_
 #define FOLIOSCOPE_INFRA_FILE_SYSTEM_H_
 
@@ -19,7 +20,8 @@ constexpr char kPathSeparator = '/';
 constexpr const char* kPathSeparatorText = "/";
 #endif
 
-// The path as the OS takes it: on POSIX every backslash becomes '/'.
+// The path with this platform's separators: on POSIX every backslash becomes
+// '/'. The bytes stay Windows-1252; OsPath() gives what the OS takes.
 std::string NativePath(std::string_view path);
 
 // Joins with exactly one separator between the parts.
@@ -37,6 +39,13 @@ class CFileSystem {
   // bits) is not zero. An empty file and a folder count as absent.
   bool IsDateiVorhanden(const std::string& path) const;
 };
+
+// Plain questions about one path; false when it cannot be looked at.
+// PathExists: any entry (a dangling link too). IsPlainFile: a regular file
+// of any size, links followed. IsSameFile: both name one existing file.
+bool PathExists(const std::string& path);
+bool IsPlainFile(const std::string& path);
+bool IsSameFile(const std::string& a, const std::string& b);
 
 // The whole file as one byte string. A missing file raises run-time error
 // 53, an unreadable one 75. An empty file gives "".

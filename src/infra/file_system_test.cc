@@ -55,7 +55,25 @@ TEST(TextEncoding, Windows1252RoundTrip) {
   for (int b = 0; b < 256; ++b) all += static_cast<char>(b);
   EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(all)), all);
   EXPECT_EQ(Cp1252ToUtf8("\x80\xFC"), "\xE2\x82\xAC\xC3\xBC");
-  EXPECT_EQ(Utf8ToCp1252("\xE2\x98\x83"), "?");  // no Windows-1252 byte
+  struct Case {
+    const char* utf8;
+    const char* cp1252;
+    uint32_t unrepresentable;  // first code point without a byte
+    bool lossless;             // IsUtf8OfCp1252Text
+  } cases[] = {
+      {"Z\xC3\xA4hle \xE2\x80\x93 \xE2\x82\xAC", "Z\xE4hle \x96 \x80", 0, true},
+      {"\xE2\x98\x83 \xE6\x97\xA5", "? ?", 0x2603, false},
+      {"\xF0\x9F\x98\x80", "?", 0x1F600, false},
+      {"raw\xFC", "raw\xFC", 0, false},  // not UTF-8: the byte is kept
+      {"", "", 0, true},
+  };
+  for (const Case& c : cases) {
+    uint32_t unrepresentable = 1;
+    EXPECT_EQ(Utf8ToCp1252(c.utf8, &unrepresentable), c.cp1252) << c.utf8;
+    EXPECT_EQ(unrepresentable, c.unrepresentable) << c.utf8;
+    EXPECT_EQ(IsUtf8OfCp1252Text(c.utf8), c.lossless) << c.utf8;
+  }
+  EXPECT_EQ(Utf8OfCodePoint(0x1F600), "\xF0\x9F\x98\x80");
 }
 
 }  // namespace

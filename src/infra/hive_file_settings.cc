@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "infra/file_system.h"
+#include "infra/os_path.h"
 #include "infra/registry_hive.h"
 
 namespace folioscope {
@@ -21,7 +22,7 @@ HiveFileSettings::HiveFileSettings(std::string path) : path_(std::move(path)) {}
 HiveFileSettings::FileStamp HiveFileSettings::Stamp() const {
   FileStamp s;
   struct stat st {};
-  if (::stat(path_.c_str(), &st) != 0) return s;
+  if (::stat(OsPath(path_).c_str(), &st) != 0) return s;
   s.exists = true;
   s.size = static_cast<long long>(st.st_size);
 #ifdef _WIN32
@@ -49,7 +50,7 @@ bool HiveFileSettings::Load() {
   tree_ = RegistryTree();
   load_error_.clear();
   if (!now.exists) return true;
-  std::ifstream in(path_, std::ios::binary);
+  std::ifstream in(OsPath(path_), std::ios::binary);
   std::stringstream bytes;
   bytes << in.rdbuf();
   if (!in) {
@@ -66,7 +67,7 @@ bool HiveFileSettings::Load() {
 bool HiveFileSettings::Store(const RegistryTree& changed) {
   if (!load_error_.empty()) return false;  // never replace a file we could not read
   std::error_code ec;
-  std::filesystem::path parent = std::filesystem::path(path_).parent_path();
+  std::filesystem::path parent = std::filesystem::path(OsPath(path_)).parent_path();
   if (!parent.empty()) std::filesystem::create_directories(parent, ec);
   if (!WriteFileAtomically(path_, SerializeHive(changed))) return false;
   tree_ = changed;

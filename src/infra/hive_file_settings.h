@@ -21,6 +21,7 @@ namespace folioscope {
 
 class HiveFileSettings : public SettingsBackend {
  public:
+  // `path` is Windows-1252, like every path the component hands to the OS.
   explicit HiveFileSettings(std::string path);
 
   const std::string& path() const { return path_; }

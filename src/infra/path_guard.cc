@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "infra/file_system.h"
+#include "infra/os_path.h"
 
 namespace folioscope {
 
@@ -65,22 +66,23 @@ std::vector<std::string_view> SplitAtSeparators(std::string_view relative) {
 
 // The folder without separators at its end, but a root ("/", "C:\\") kept
 // whole: "C:" alone would be the current folder of drive C.
-fs::path WithoutTrailingSeparators(std::string base) {
+std::string WithoutTrailingSeparators(std::string base) {
   auto is_root = [&] { return base.size() == 1 || (base.size() == 3 && base[1] == ':'); };
   while (base.size() > 1 && IsSeparator(base.back()) && !is_root()) base.pop_back();
-  return fs::path(base.empty() ? std::string(".") : NativePath(base));
+  return base.empty() ? std::string(".") : base;
 }
 
 // True when a link among the parts below `base` points nowhere: the file
 // system would let a write through it create its target, wherever it is.
-bool HasDanglingLink(const fs::path& base, const std::vector<std::string_view>& parts) {
+bool HasDanglingLink(const std::string& base, const std::vector<std::string_view>& parts) {
   std::error_code ec;
-  fs::path prefix = base;
+  std::string prefix = base;
   for (std::string_view part : parts) {
-    prefix /= fs::path(std::string(part));
-    const fs::file_status own = fs::symlink_status(prefix, ec);
+    prefix = JoinPath(prefix, part);
+    const fs::path os_prefix(OsPath(prefix));
+    const fs::file_status own = fs::symlink_status(os_prefix, ec);
     if (ec || own.type() == fs::file_type::not_found) return false;  // nothing further exists
-    if (own.type() == fs::file_type::symlink && !fs::exists(prefix, ec)) return true;
+    if (own.type() == fs::file_type::symlink && !fs::exists(os_prefix, ec)) return true;
   }
   return false;
 }
@@ -126,9 +128,9 @@ std::optional<std::string> ResolveInside(const std::string& base, std::string_vi
   const std::vector<std::string_view> parts = SplitAtSeparators(relative);
   std::string joined = base;
   for (std::string_view part : parts) joined = JoinPath(joined, part);
-  const fs::path base_path = WithoutTrailingSeparators(base);
+  const std::string base_path = WithoutTrailingSeparators(base);
   if (HasDanglingLink(base_path, parts)) return std::nullopt;
-  if (!LiesBelow(base_path, fs::path(NativePath(joined)))) return std::nullopt;
+  if (!LiesBelow(fs::path(OsPath(base_path)), fs::path(OsPath(joined)))) return std::nullopt;
   return joined;
 }
 

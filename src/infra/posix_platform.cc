@@ -11,6 +11,7 @@
 #include <ctime>
 #include <thread>
 
+#include "infra/os_path.h"
 #include "infra/text_encoding.h"
 
 #ifndef FOLIOSCOPE_VERSION_MAJOR
@@ -79,10 +80,11 @@ bool PosixPlatform::PrintText(const std::string& text) {
 int32_t PosixPlatform::RunAndWait(const std::vector<std::string>& argv,
                                   const std::string& working_folder, bool pump_messages) {
   if (argv.empty()) return -1;
+  const std::string os_folder = OsPath(working_folder);
   pid_t pid = ::fork();
   if (pid < 0) return -1;
   if (pid == 0) {
-    if (!working_folder.empty() && ::chdir(working_folder.c_str()) != 0) ::_exit(127);
+    if (!working_folder.empty() && ::chdir(os_folder.c_str()) != 0) ::_exit(127);
     std::vector<char*> args;
     for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
     args.push_back(nullptr);
@@ -102,10 +104,12 @@ int32_t PosixPlatform::RunAndWait(const std::vector<std::string>& argv,
 }
 
 std::string PosixPlatform::FallbackLogFolder() {
+  // The environment holds the file system's bytes; the component's paths
+  // are Windows-1252.
   if (const char* state = std::getenv("XDG_STATE_HOME"); state && *state)
-    return std::string(state) + "/folioscope";
+    return PathFromOs(state) + "/folioscope";
   if (const char* home = std::getenv("HOME"); home && *home)
-    return std::string(home) + "/.local/state/folioscope";
+    return PathFromOs(home) + "/.local/state/folioscope";
   return "";
 }
 

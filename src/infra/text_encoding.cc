@@ -49,41 +49,85 @@ std::string Cp1252ToUtf8(std::string_view text) {
   return out;
 }
 
+namespace {
+
+// The code point at `text[i]` and its length in bytes; `length` is 0 when
+// the bytes there are no well-formed sequence.
+uint32_t DecodeUtf8At(std::string_view text, size_t i, size_t* length) {
+  const unsigned char c = static_cast<unsigned char>(text[i]);
+  uint32_t cp = 0;
+  size_t len = 0;
+  if (c < 0x80) {
+    cp = c;
+    len = 1;
+  } else if ((c & 0xE0) == 0xC0) {
+    cp = c & 0x1F;
+    len = 2;
+  } else if ((c & 0xF0) == 0xE0) {
+    cp = c & 0x0F;
+    len = 3;
+  } else if ((c & 0xF8) == 0xF0) {
+    cp = c & 0x07;
+    len = 4;
+  }
+  bool ok = len > 0 && i + len <= text.size();
+  for (size_t k = 1; ok && k < len; ++k) {
+    const unsigned char cc = static_cast<unsigned char>(text[i + k]);
+    if ((cc & 0xC0) != 0x80) ok = false;
+    cp = (cp << 6) | (cc & 0x3F);
+  }
+  *length = ok ? len : 0;
+  return cp;
+}
+
+}  // namespace
+
 std::string Utf8ToCp1252(std::string_view text) {
+  uint32_t unrepresentable = 0;
+  return Utf8ToCp1252(text, &unrepresentable);
+}
+
+std::string Utf8ToCp1252(std::string_view text, uint32_t* unrepresentable) {
+  *unrepresentable = 0;
   std::string out;
   out.reserve(text.size());
   size_t i = 0;
   while (i < text.size()) {
-    unsigned char c = static_cast<unsigned char>(text[i]);
-    uint32_t cp = 0;
     size_t len = 0;
-    if (c < 0x80) {
-      cp = c;
-      len = 1;
-    } else if ((c & 0xE0) == 0xC0) {
-      cp = c & 0x1F;
-      len = 2;
-    } else if ((c & 0xF0) == 0xE0) {
-      cp = c & 0x0F;
-      len = 3;
-    } else if ((c & 0xF8) == 0xF0) {
-      cp = c & 0x07;
-      len = 4;
-    }
-    bool ok = len > 0 && i + len <= text.size();
-    for (size_t k = 1; ok && k < len; ++k) {
-      unsigned char cc = static_cast<unsigned char>(text[i + k]);
-      if ((cc & 0xC0) != 0x80) ok = false;
-      cp = (cp << 6) | (cc & 0x3F);
-    }
-    if (!ok) {
-      out += static_cast<char>(c);
+    const uint32_t cp = DecodeUtf8At(text, i, &len);
+    if (len == 0) {
+      out += text[i];
       ++i;
       continue;
     }
-    int b = ByteOfCodePoint(cp);
+    const int b = ByteOfCodePoint(cp);
+    if (b < 0 && *unrepresentable == 0) *unrepresentable = cp;
     out += b < 0 ? '?' : static_cast<char>(b);
     i += len;
+  }
+  return out;
+}
+
+bool IsUtf8OfCp1252Text(std::string_view text) {
+  size_t i = 0;
+  while (i < text.size()) {
+    size_t len = 0;
+    const uint32_t cp = DecodeUtf8At(text, i, &len);
+    if (len == 0 || ByteOfCodePoint(cp) < 0) return false;
+    i += len;
+  }
+  return true;
+}
+
+std::string Utf8OfCodePoint(uint32_t code_point) {
+  std::string out;
+  if (code_point < 0x10000) {
+    AppendUtf8(out, code_point);
+  } else {
+    out += static_cast<char>(0xF0 | (code_point >> 18));
+    out += static_cast<char>(0x80 | ((code_point >> 12) & 0x3F));
+    out += static_cast<char>(0x80 | ((code_point >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (code_point & 0x3F));
   }
   return out;
 }

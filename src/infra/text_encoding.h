@@ -1,8 +1,11 @@
-// Windows-1252 <-> UTF-8, used only at the terminal and JSON boundaries of
-// the host. The component itself handles Windows-1252 bytes throughout.
+// Windows-1252 <-> UTF-8, used at the terminal, argument and JSON
+// boundaries of the host and where the POSIX file system meets the
+// component's paths. The component itself handles Windows-1252 bytes
+// throughout.
 #ifndef FOLIOSCOPE_INFRA_TEXT_ENCODING_H_
 #define FOLIOSCOPE_INFRA_TEXT_ENCODING_H_
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -15,6 +18,17 @@ std::string Cp1252ToUtf8(std::string_view text);
 // Code points without a Windows-1252 byte become '?'; malformed UTF-8
 // bytes are taken as Windows-1252 bytes.
 std::string Utf8ToCp1252(std::string_view text);
+
+// As above, and sets `*unrepresentable` to the first code point that has no
+// Windows-1252 byte (0 when every one has).
+std::string Utf8ToCp1252(std::string_view text, uint32_t* unrepresentable);
+
+// True when `text` is well-formed UTF-8 whose every code point has a
+// Windows-1252 byte, so that it converts both ways without loss.
+bool IsUtf8OfCp1252Text(std::string_view text);
+
+// The UTF-8 bytes of one code point.
+std::string Utf8OfCodePoint(uint32_t code_point);
 
 // ASCII letters compare without case, every other byte exactly: the rule
 // for registry key and value names and for VB keywords.

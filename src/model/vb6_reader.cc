@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "infra/file_system.h"
+#include "infra/os_path.h"
 #include "infra/vb_runtime.h"
 #include "model/vb6_declaration.h"
 #include "model/vb6_members.h"
@@ -105,8 +106,7 @@ std::string FileStem(const std::string& relative_path) {
 }
 
 bool ReadBytes(const std::string& path, std::string* bytes) {
-  std::error_code error;
-  if (!fs::is_regular_file(path, error)) return false;
+  if (!IsPlainFile(path)) return false;
   try {
     *bytes = ReadFileText(path);
     return true;
@@ -131,24 +131,24 @@ std::string ReaderDiagnostic::ToText() const {
 std::string ResolvePathCaseInsensitively(const std::string& folder, const std::string& path) {
   std::string native = path;
   vb::ReplaceAll(native, "\\", "/");
-  fs::path resolved = (!native.empty() && native.front() == '/') ? fs::path("/") : fs::path(folder);
-  std::error_code error;
+  std::string resolved = (!native.empty() && native.front() == '/') ? "/" : folder;
   for (const std::string& part : vb::Split(native, "/")) {
     if (part.empty() || part == ".") continue;
-    fs::path candidate = resolved / part;
-    if (part != ".." && !fs::exists(candidate, error)) {
+    std::string candidate = JoinPath(resolved, part);
+    if (part != ".." && !PathExists(candidate)) {
+      // LCase folds the Windows-1252 letters too, so an umlaut written in
+      // the other case still matches, as on Windows.
       const std::string wanted = vb::LCase(part);
-      for (fs::directory_iterator it(resolved, error), end; !error && it != end;
-           it.increment(error)) {
-        if (vb::LCase(it->path().filename().string()) == wanted) {
-          candidate = it->path();
+      for (const FolderEntry& entry : ListFolder(resolved)) {
+        if (vb::LCase(entry.name) == wanted) {
+          candidate = JoinPath(resolved, entry.name);
           break;
         }
       }
     }
     resolved = candidate;
   }
-  return resolved.string();
+  return resolved;
 }
 
 ModuleReadResult ReadModuleFile(const std::string& path, const std::string& kind,
@@ -253,13 +253,12 @@ ProjectReadResult ReadProject(const std::string& path) {
     ModuleToRead& m = modules[k];
     m.entry = &entry;
     m.full_path = ResolvePathCaseInsensitively(folder, entry.relative_path);
-    std::error_code error;
-    if (!fs::is_regular_file(m.full_path, error)) {
+    if (!IsPlainFile(m.full_path)) {
       m.refusal =
           "Moduldatei nicht gefunden, \xFC"
           "bersprungen: " +
           entry.relative_path;
-    } else if (fs::equivalent(m.full_path, path, error)) {
+    } else if (IsSameFile(m.full_path, path)) {
       m.refusal =
           "Die Projektdatei ist als Modul eingetragen, \xFC"
           "bersprungen: " +

@@ -44,8 +44,8 @@ ModuleReadResult ReadModuleFile(const std::string& path, const std::string& kind
 
 // The file PATH names on this file system: backslashes become separators
 // and each part that does not exist as written is matched case-insensitively
-// among the entries of its folder. Returns PATH with '/' separators when no
-// match is found.
+// (Windows-1252 letters included) among the entries of its folder. Returns PATH with '/' separators
+// when no match is found.
 std::string ResolvePathCaseInsensitively(const std::string& folder, const std::string& path);
 
 }  // namespace folioscope

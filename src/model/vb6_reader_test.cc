@@ -66,8 +66,7 @@ TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
       "Attribute VB_HelpID = 77",
       "Option Explicit",
       "Private Sub Form_Load()",
-      "Attribute Form_Load.VB_Description = \"L\xE4"
-      "dt.\"",
+      "Attribute Form_Load.VB_Description = \"L\344dt.\"",
       "    Caption = \"x\"  ",
       "End Sub",
   });
@@ -79,9 +78,7 @@ TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
   EXPECT_EQ(CodeLines(*read.module),
             (std::vector<std::string>{"Option Explicit", "Private Sub Form_Load()",
                                       "    Caption = \"x\"  ", "End Sub"}));
-  EXPECT_EQ(read.module->Members.Item("Form_Load").Description,
-            "L\xE4"
-            "dt.");
+  EXPECT_EQ(read.module->Members.Item("Form_Load").Description, "L\344dt.");
   // The hidden lines still count where an editor shows a code line.
   std::vector<int32_t> file_lines;
   for (int32_t k = 0; k <= 5; ++k) file_lines.push_back(read.module->FileLines.FileLine(k));
@@ -285,9 +282,7 @@ TEST(Vb6Declaration, StatementKinds) {
     EXPECT_EQ(parsed.kind, c.kind) << c.statement;
     EXPECT_EQ(parsed.name, c.name) << c.statement;
   }
-  EXPECT_TRUE(
-      IsValidIdentifier("Gr\xF6\xDF"
-                        "e_2"));
+  EXPECT_TRUE(IsValidIdentifier("Gr\xF6\337e_2"));
   EXPECT_FALSE(IsValidIdentifier("2Fast"));
   EXPECT_FALSE(IsValidIdentifier("[Mein Name]"));
   EXPECT_FALSE(IsValidIdentifier("a.b"));
@@ -423,6 +418,36 @@ TEST(Vb6Reader, ProjectFileOrderPathsAndMissingModules) {
   EXPECT_EQ(read.diagnostics[0].severity, DiagnosticSeverity::kWarning);
   EXPECT_EQ(read.diagnostics[0].line, 4);
   EXPECT_NE(read.diagnostics[0].text.find("Fehlt.frm"), std::string::npos);
+}
+
+// Module files as a Git checkout (UTF-8 names) or an old archive (a raw
+// Windows-1252 byte) leaves them, named in the .vbp in Windows-1252 and in
+// any case.
+TEST(Vb6Reader, UmlautFileNamesInAnyCaseAndEncoding) {
+  TestFolder folder;
+  folder.Write("frmPr\xC3\274fung.frm", "Attribute VB_Name = \"frmPr\374fung\"\r\n");
+  folder.Write("Unter\xC3\xA4/CB\xC3\274cher.cls", "Attribute VB_Name = \"CB\374cher\"\r\n");
+  folder.Write("mod\xC4nderung.bas", "Attribute VB_Name = \"mod\xC4nderung\"\r\n");
+  const std::string vbp = folder.Write("P.vbp", Crlf({
+                                                    "Form=FRMPR\334FUNG.FRM",
+                                                    "Class=CB\374cher; unter\xC4\\cb\334cher.CLS",
+                                                    "Module=mod\xC4nderung; MOD\xE4NDERUNG.bas",
+                                                }));
+  ProjectReadResult read = ReadProject(vbp);
+  ASSERT_TRUE(read.project);
+  EXPECT_TRUE(read.diagnostics.empty()) << read.diagnostics[0].ToText();
+  const std::string base = folder.path().string() + "/";
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"frmPr\374fung", base + "frmPr\374fung.frm"},
+      {"CB\374cher", base + "Unter\xE4/CB\374cher.cls"},
+      {"mod\xC4nderung", base + "mod\xC4nderung.bas"},
+  };
+  std::vector<std::pair<std::string, std::string>> found;
+  for (int32_t k = 1; k <= read.project->Components.Count(); ++k) {
+    const SourceComponent& c = read.project->Components.Item(k);
+    found.emplace_back(c.Name, c.FilePath);
+  }
+  EXPECT_EQ(found, expected);
 }
 
 // The name in a '/// <param name="..."> tag, empty when the line has none.

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "infra/os_path.h"
+
 namespace folioscope {
 namespace {
 
@@ -42,7 +44,7 @@ std::string Unquoted(const std::string& value) {
 // The file's sections in file order; a missing file has none.
 std::vector<IniSection> ParseIniFile(const std::string& file_name) {
   std::vector<IniSection> sections;
-  std::ifstream in(file_name, std::ios::binary);
+  std::ifstream in(OsPath(file_name), std::ios::binary);
   if (!in) return sections;
   std::string line;
   while (std::getline(in, line)) {

@@ -3,7 +3,9 @@
 would meet it: the frame page loads every frame, every link and referenced
 file (style sheets, scripts, pictures) of every page resolves, a menu node
 opens and closes, and clicking a module in the menu shows that module's page
-in the content frame.
+in the content frame. With --umlauts the report is of a project named with
+umlauts throughout (tests/umlauts), and the test clicks on from the module
+page to a member page whose file name holds one.
 
 The report is generated first with the folioscope binary under test. Chromium
 is driven through ChromeDriver's WebDriver interface with nothing but the
@@ -242,7 +244,8 @@ def walk_frames(driver, path, pages):
         where = "frame %r (%s)" % (info["name"], info["src"])
         state = wait_loaded(driver, where)
         check(state["href"].startswith("file://"), where + " did not load: " + state["href"])
-        check(state["href"].endswith("/" + info["src"].replace("\\", "/").split("/")[-1]),
+        check(urllib.parse.unquote(state["href"]).endswith(
+                  "/" + info["src"].replace("\\", "/").split("/")[-1]),
               where + " shows " + state["href"])
         check(not state["brokenImages"], where + ": pictures not shown: %r" % state["brokenImages"])
         check(not state["sheets"], where + ": style sheets not loaded: %r" % state["sheets"])
@@ -308,7 +311,8 @@ def check_menu(driver, menu_path, pages):
             goto_frame(driver, path)
             state = driver.script(PAGE_STATE)
             shown.append(state["href"])
-            if state["href"].endswith(expected) and state["ready"] == "complete":
+            shown_file = urllib.parse.unquote(state["href"])
+            if shown_file.endswith(expected) and state["ready"] == "complete":
                 check(module in state["text"],
                       "the page of %s does not name the module" % module)
                 return module, name
@@ -317,7 +321,38 @@ def check_menu(driver, menu_path, pages):
         time.sleep(0.1)
 
 
-def run_browser_checks(report_dir, profile_dir):
+MEMBER_LINKS = """
+return Array.from(document.querySelectorAll('td.member-name a[href]'))
+    .map(a => ({text: a.innerText.trim(), href: a.getAttribute('href')}));
+"""
+
+
+def open_member(driver, content_path, module):
+    """On the module page in the content frame, clicks the first member link
+    whose page name goes beyond ASCII and expects that page to load there."""
+    goto_frame(driver, content_path)
+    links = driver.script(MEMBER_LINKS)
+    chosen = next((k for k, link in enumerate(links) if not link["href"].isascii()), None)
+    check(chosen is not None, "the page of %s links no member named beyond ASCII: %r"
+          % (module, links))
+    link = links[chosen]
+    driver.click(driver.find_all("td.member-name a[href]")[chosen])
+    expected = "/" + link["href"]
+    deadline = time.time() + 10
+    while True:
+        goto_frame(driver, content_path)
+        state = driver.script(PAGE_STATE)
+        shown_file = urllib.parse.unquote(state["href"])
+        if shown_file.endswith(expected) and state["ready"] == "complete":
+            check(link["text"] in state["text"], "the page of %s does not name it" % link["text"])
+            check(not state["sheets"], "%s: style sheets not loaded" % link["href"])
+            return link["text"]
+        check(time.time() < deadline, "clicking %s did not show %s (shows %s)"
+              % (link["text"], expected, state["href"]))
+        time.sleep(0.1)
+
+
+def run_browser_checks(report_dir, profile_dir, to_member=False):
     driver = WebDriver(profile_dir)
     try:
         index = os.path.join(report_dir, "_Index.htm")
@@ -331,6 +366,9 @@ def run_browser_checks(report_dir, profile_dir):
             check(required in names, "no frame shows %s; frames show %r" % (required, names))
         menu_path = next(p[0] for p in pages if p[2]["href"].endswith("/Menu.htm"))
         module, frame = check_menu(driver, menu_path, pages)
+        if to_member:
+            content = next(p[0] for p in pages if p[1] == frame)
+            module += " > " + open_member(driver, content, module)
         return names, module, frame
     finally:
         driver.quit()
@@ -340,7 +378,10 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--folioscope", required=True)
     parser.add_argument("--app-dir", required=True)
-    parser.add_argument("--project", required=True)
+    parser.add_argument("--project", help="the project to report on")
+    parser.add_argument("--umlauts", action="store_true",
+                        help="report on the umlaut fixture project (tests/umlauts) and click "
+                             "on to one of its member pages")
     parser.add_argument("--source-dir", required=True)
     parser.add_argument("--work", required=True)
     args = parser.parse_args()
@@ -353,6 +394,12 @@ def main():
 
     shutil.rmtree(args.work, ignore_errors=True)
     os.makedirs(args.work)
+    if args.umlauts:
+        sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..",
+                                        "umlauts"))
+        import umlaut_fixture
+        args.project = umlaut_fixture.write_project(os.path.join(args.work, "B\u00fccherei"))
+    check(args.project, "--project or --umlauts is needed")
     report_dir = os.path.join(args.work, "report")
     run = subprocess.run(
         [args.folioscope, "--app-dir", args.app_dir,
@@ -365,7 +412,7 @@ def main():
 
     checked = check_files(report_dir)
     with tempfile.TemporaryDirectory(prefix="fs-chromium-") as profile:
-        names, module, frame = run_browser_checks(report_dir, profile)
+        names, module, frame = run_browser_checks(report_dir, profile, args.umlauts)
     print("frames: %s; %d references resolve; %s opened in frame %r (%.1f s)"
           % (", ".join(names), checked, module, frame, time.time() - started))
     return 0

@@ -3,7 +3,7 @@
 '
 ' Arguments of every script: application folder (DLL, Res\, sfn.dat,
 ' ErrorLog.txt), the script's own output folder, the source tree, the sample
-' project (.vbp). A script ends with Finish, which prints the marker the
+' project (.vbp), the umlaut project (.vbp, named with umlauts). A script ends with Finish, which prints the marker the
 ' runner waits for and quits with the number of failed checks: an uncaught
 ' script error under Wine ends cscript with status 0 and no message, so the
 ' marker is what tells a finished script from a broken one.
