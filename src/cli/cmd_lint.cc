@@ -21,6 +21,7 @@
 #include "cli/project_left_to_exit.h"
 #include "engine/doc_lint.h"
 #include "engine/fs_communicator.h"
+#include "infra/os_path.h"
 #include "infra/registry.h"
 #include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
@@ -64,12 +65,13 @@ bool ParseScopes(const std::string& list, ListedScopes* scopes) {
   return true;
 }
 
+// The project folder's file: URI, in UTF-8 as JSON carries it.
 std::string FolderUri(const std::string& project) {
   std::error_code ec;
   std::string folder =
-      std::filesystem::absolute(std::filesystem::path(project), ec).parent_path().string();
+      std::filesystem::absolute(std::filesystem::path(OsPath(project)), ec).parent_path().string();
   if (folder.empty() || folder.back() != '/') folder += '/';
-  return "file://" + folder;
+  return "file://" + Cp1252ToUtf8(PathFromOs(folder));
 }
 
 void PrintFindings(const LintCommandOptions& o, const std::vector<LintFinding>& findings) {
