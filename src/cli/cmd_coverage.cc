@@ -7,7 +7,7 @@
 // Functions and Property Gets with a <returns> block, and the documented
 // share. The table or JSON goes to stdout; --html and --badge write a page
 // and an SVG badge. Members whose comments the report cannot read to the end
-// are named on stderr. Exit status 1 when the share is below --min, 2 for
+// get their lint errors on stderr. Exit status 1 when the share is below --min, 2 for
 // usage errors, unreadable projects and files that cannot be written.
 #include <cstdio>
 #include <fstream>
@@ -16,14 +16,13 @@
 #include <string>
 #include <vector>
 
+#include "cli/command_project.h"
 #include "cli/coverage_formats.h"
 #include "cli/doc_coverage.h"
 #include "cli/host.h"
+#include "cli/lint_output.h"
 #include "cli/project_left_to_exit.h"
 #include "infra/os_path.h"
-#include "infra/registry.h"
-#include "infra/text_encoding.h"
-#include "model/vb6_reader.h"
 
 namespace folioscope {
 namespace {
@@ -37,31 +36,11 @@ struct CoverageOptions {
   std::vector<std::string> scopes;
 };
 
-// The scopes the module pages list: exactly 1 in the settings means on.
-ListedScopes ScopesFromSettings() {
-  CRegistry registry;
-  auto on = [&](const char* name) {
-    return registry.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0) == 1;
-  };
-  return {on("ToolBarPublicValue"), on("ToolBarFriendValue"), on("ToolBarPrivateValue")};
-}
-
-ListedScopes ScopesFromOption(const std::vector<std::string>& names) {
-  ListedScopes scopes;
-  for (const std::string& n : names) {
-    if (n == "public") scopes.public_members = true;
-    if (n == "friend") scopes.friend_members = true;
-    if (n == "private") scopes.private_members = true;
-  }
-  return scopes;
-}
-
-void PrintNotes(const ProjectCoverage& coverage) {
+// The errors that kept members from being read to the end, as the lint
+// prints them.
+void PrintFindings(const ProjectCoverage& coverage) {
   for (const ModuleCoverage& m : coverage.modules) {
-    for (const ReadingNote& n : m.notes) {
-      std::fprintf(stderr, "%s: member %s: %s\n", Cp1252ToUtf8(m.file).c_str(),
-                   Cp1252ToUtf8(n.member).c_str(), Cp1252ToUtf8(n.text).c_str());
-    }
+    std::fputs(LintText(m.findings).c_str(), stderr);
   }
 }
 
@@ -76,18 +55,13 @@ bool WriteFile(Host& host, const std::string& path, const std::string& text) {
 
 void RunCoverage(Host& host, const CoverageOptions& o) {
   if (!host.Start()) return;
-  ProjectReadResult read = ReadProject(o.project);
-  for (const ReaderDiagnostic& d : read.diagnostics) {
-    std::fprintf(stderr, "%s\n", Cp1252ToUtf8(d.ToText()).c_str());
-  }
-  if (!read.project) {
-    host.exit_status = kExitUsage;
-    return;
-  }
-  const ProjectLeftToExit leave_project(read.project);
-  const ListedScopes scopes = o.scopes.empty() ? ScopesFromSettings() : ScopesFromOption(o.scopes);
-  const ProjectCoverage coverage = MeasureProject(*read.project, scopes);
-  PrintNotes(coverage);
+  std::unique_ptr<SourceProject> project = ReadCommandProject(host, o.project);
+  if (!project) return;
+  const ProjectLeftToExit leave_project(project);
+  ListedScopes scopes = ScopesFromSettings();
+  if (!o.scopes.empty()) ScopesFromNames(o.scopes, &scopes);
+  const ProjectCoverage coverage = MeasureProject(*project, scopes);
+  PrintFindings(coverage);
   if (o.format == "json") {
     std::cout << CoverageJson(coverage).dump(2) << '\n';
   } else {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "cli/lint_output.h"
 #include "infra/text_encoding.h"
 
 namespace folioscope {
@@ -192,11 +193,7 @@ nlohmann::ordered_json CoverageJson(const ProjectCoverage& coverage) {
   for (const ModuleCoverage& m : coverage.modules) {
     ordered_json module{{"name", Cp1252ToUtf8(m.name)}, {"file", Cp1252ToUtf8(m.file)}};
     module.update(CountsJson(m.counts));
-    ordered_json notes = ordered_json::array();
-    for (const ReadingNote& n : m.notes) {
-      notes.push_back({{"member", Cp1252ToUtf8(n.member)}, {"text", Cp1252ToUtf8(n.text)}});
-    }
-    module["notes"] = std::move(notes);
+    module["findings"] = LintJson(m.findings);
     modules.push_back(std::move(module));
   }
   return ordered_json{{"project", Cp1252ToUtf8(coverage.name)},

@@ -22,8 +22,9 @@ std::string ShareText(double share);
 // counts as "documented/documentable". Ends with a line end.
 std::string CoverageTable(const ProjectCoverage& coverage);
 
-// {"project", "total": {...}, "modules": [{"name", "file", ..., "notes"}]};
-// every count object has the same keys as the total.
+// {"project", "total": {...}, "modules": [{"name", "file", ..., "findings"}]};
+// every count object has the same keys as the total; the findings are the
+// lint's JSON objects.
 nlohmann::ordered_json CoverageJson(const ProjectCoverage& coverage);
 
 // A whole HTML page, style and script inline: one table row and bar per

@@ -10,14 +10,19 @@ namespace {
 ProjectCoverage Sample() {
   ProjectCoverage p;
   p.name = "Kontor";
+  LintFinding unknown;
+  unknown.file = "./modGroesse.bas";
+  unknown.line = 7;
+  unknown.rule = "unknown-param";
+  unknown.message =
+      "<param name=\"Gr\xF6\xDF"
+      "e\"> names no parameter of Rechne";
+  unknown.module =
+      "modGr\xF6\xDF"
+      "e";
+  unknown.member = "Rechne";
   p.modules = {{"CKonto", "CKonto.cls", {3, 3, 4, 2, 1, 1, 0}, {}},
-               {"modGr\xF6\xDF"
-                "e",
-                "modGroesse.bas",
-                {2, 0, 1, 0, 1, 0, 1},
-                {{"Rechne",
-                  "Index au\xDF"
-                  "erhalb des g\xFCltigen Bereichs (9, CParam.GetParam)"}}},
+               {unknown.module, "modGroesse.bas", {2, 0, 1, 0, 1, 0, 1}, {unknown}},
                {"frmLeer", "frmLeer.frm", {}, {}}};
   for (const auto& m : p.modules) p.total.Add(m.counts);
   return p;
@@ -54,11 +59,12 @@ TEST(CoverageFormats, SharesRoundDownAndPickTheBadgeColour) {
   }
 }
 
-TEST(CoverageFormats, JsonCarriesTheNotesAsUtf8) {
+TEST(CoverageFormats, JsonCarriesTheLintFindingsAsUtf8) {
   const nlohmann::ordered_json json = CoverageJson(Sample());
   EXPECT_EQ("modGröße", json["modules"][1]["name"]);
-  EXPECT_EQ("Index außerhalb des gültigen Bereichs (9, CParam.GetParam)",
-            json["modules"][1]["notes"][0]["text"]);
+  const nlohmann::ordered_json& finding = json["modules"][1]["findings"][0];
+  EXPECT_EQ("<param name=\"Größe\"> names no parameter of Rechne", finding["message"]);
+  EXPECT_EQ(7, finding["line"]);
   EXPECT_EQ(12, json["total"]["documentable"]);
 }
 

@@ -3,8 +3,10 @@
 //
 // The members counted are those the report writes pages for: the members
 // whose scope the module pages list (ListedScopes, the same switches). Each
-// is read with the report's own tag readers in the order a report run reads
-// it, so a block counts exactly when the member's page shows it.
+// is read by the lint's reading (engine/doc_lint.h), the report's own tag
+// readers in the order a report run reads them, so a block counts exactly
+// when the member's page shows it and a member the report fails on has the
+// lint's error.
 //
 // The share is the documented items over the documentable items, in
 // percent. Every counted member has one item, its summary; each of its
@@ -19,6 +21,7 @@
 #include <vector>
 
 #include "chm/help_topics.h"
+#include "engine/doc_lint.h"
 #include "model/source_model.h"
 
 namespace folioscope {
@@ -30,7 +33,7 @@ struct CoverageCounts {
   int64_t described = 0;     // ... with a description
   int64_t returning = 0;     // counted Functions and Property Gets
   int64_t with_returns = 0;  // ... with a <returns> block
-  int64_t incomplete = 0;    // members whose blocks could not be read to the end
+  int64_t incomplete = 0;    // members with a lint error: read not to the end
 
   int64_t Documentable() const { return members + parameters + returning; }
   int64_t Documented() const { return with_summary + described + with_returns; }
@@ -39,19 +42,11 @@ struct CoverageCounts {
   void Add(const CoverageCounts& more);
 };
 
-// A member whose reading stopped early: a tag without its partner or a
-// fault of a reader. The report run shows such a member's page with less
-// than its comment holds.
-struct ReadingNote {
-  std::string member;
-  std::string text;  // the reader's message or the fault, Windows-1252
-};
-
 struct ModuleCoverage {
   std::string name;
   std::string file;  // relative to the .vbp's folder, with "/" separators
   CoverageCounts counts;
-  std::vector<ReadingNote> notes;
+  std::vector<LintFinding> findings;  // the lint's errors, by line
 };
 
 struct ProjectCoverage {
@@ -60,13 +55,10 @@ struct ProjectCoverage {
   CoverageCounts total;
 };
 
-// Measures one module. The readers' messages and faults become the
-// module's notes: nothing reaches the progress channel or the error
-// reporter meanwhile. Parameter descriptions are written into the model, as
-// a report run writes them. `file` stays empty.
-ModuleCoverage MeasureModule(SourceModule& module, const ListedScopes& scopes);
-
-// Measures every module of `project`, in project order.
+// Measures every module of `project`, in project order. The readers'
+// messages and faults become the modules' findings: nothing reaches the
+// progress channel or the error reporter meanwhile. Parameter descriptions
+// are written into the model, as a report run writes them.
 ProjectCoverage MeasureProject(SourceProject& project, const ListedScopes& scopes);
 
 // Indexes into `coverage.modules`, the lowest share first; equal shares in

@@ -21,6 +21,7 @@ struct Case {
   CoverageCounts expected;  // members, summary, params, described, returning, returns, incomplete
   ListedScopes scopes;
   const char* code;
+  int32_t error_line = 0;  // the file line of the error that stops the reading
 };
 
 const Case kCases[] = {
@@ -43,8 +44,9 @@ const Case kCases[] = {
     {{1, 1, 1, 0, 1, 0, 1},
      kPublic,
      "'/// <summary>Adds.</summary>\n'/// <param name=\"b\">Renamed.</param>\n"
-     "Public Function Add(a As Long) As Long\nEnd Function"},
-    {{1, 0, 0, 0, 0, 0, 1}, kPublic, "'/// <summary>Unclosed.\nPublic Sub Add()\nEnd Sub"},
+     "Public Function Add(a As Long) As Long\nEnd Function",
+     3},
+    {{1, 0, 0, 0, 0, 0, 1}, kPublic, "'/// <summary>Unclosed.\nPublic Sub Add()\nEnd Sub", 2},
     // Blocks of blanks show nothing.
     {{1, 0, 1, 0, 0, 0, 0},
      kPublic,
@@ -57,13 +59,16 @@ const Case kCases[] = {
      "Public Sub S(a As Long)\nEnd Sub\n'/// <param name=\"a\">Late.</param>"},
 };
 
-// Reads a module from its code, the way the project reader reads a file.
+// Reads a one-module project from the module's code, the way the project
+// reader reads it.
 class DocCoverageTest : public testing_support::ReaderTest {
  protected:
-  std::unique_ptr<SourceModule> ReadModule(const std::string& code) {
-    const std::string path = (folder_ / "Module1.bas").string();
-    std::ofstream(path, std::ios::binary) << "Attribute VB_Name = \"Module1\"\n" << code << "\n";
-    return std::move(ReadModuleFile(path, "Module").module);
+  std::unique_ptr<SourceProject> ReadOneModuleProject(const std::string& code) {
+    std::ofstream(folder_ / "Module1.bas", std::ios::binary) << "Attribute VB_Name = \"Module1\"\n"
+                                                             << code << "\n";
+    std::ofstream(folder_ / "P.vbp", std::ios::binary)
+        << "Type=Exe\r\nModule=Module1; Module1.bas\r\nName=\"P\"\r\n";
+    return std::move(ReadProject((folder_ / "P.vbp").string()).project);
   }
 };
 
@@ -72,16 +77,20 @@ std::vector<int64_t> Fields(const CoverageCounts& c) {
           c.returning, c.with_returns, c.incomplete};
 }
 
-TEST_F(DocCoverageTest, CountsWhatTheReportShowsAndKeepsTheReadersQuiet) {
+TEST_F(DocCoverageTest, CountsWhatTheReportShowsAndNamesWhereItFails) {
   for (const Case& c : kCases) {
-    std::unique_ptr<SourceModule> module = ReadModule(c.code);
-    ASSERT_TRUE(module) << c.code;
-    const ModuleCoverage measured = MeasureModule(*module, c.scopes);
-    EXPECT_EQ(Fields(c.expected), Fields(measured.counts)) << c.code;
-    EXPECT_EQ(measured.counts.incomplete > 0, !measured.notes.empty()) << c.code;
+    std::unique_ptr<SourceProject> project = ReadOneModuleProject(c.code);
+    ASSERT_TRUE(project) << c.code;
+    const ProjectCoverage measured = MeasureProject(*project, c.scopes);
+    ASSERT_EQ(1u, measured.modules.size());
+    EXPECT_EQ(Fields(c.expected), Fields(measured.total)) << c.code;
+    // A member not read to the end has the lint's error, on its tag's line.
+    const std::vector<LintFinding>& findings = measured.modules[0].findings;
+    EXPECT_EQ(c.expected.incomplete, static_cast<int64_t>(findings.size())) << c.code;
+    for (const LintFinding& f : findings) EXPECT_EQ(c.error_line, f.line) << c.code;
   }
-  // Messages and faults went to the notes, not to the host's channel or the
-  // error log; afterwards the host's channel is in place again.
+  // Messages and faults went to the findings, not to the host's channel or
+  // the error log; afterwards the host's channel is in place again.
   EXPECT_TRUE(Messages().empty());
   EXPECT_EQ(0, FaultsReported());
   AddLog("after", kIconProgress);

@@ -12,6 +12,7 @@
 #include "doccomments/param_reader.h"
 #include "doccomments/tag_block.h"
 #include "doccomments/tag_readers.h"
+#include "engine/fs_communicator.h"
 #include "engine/lint_survey.h"
 #include "infra/error_handler.h"
 #include "infra/vb_runtime.h"
@@ -52,6 +53,12 @@ std::string DidYouMean(const SourceMember& member, const std::string& name) {
     if (vb::LCase(p->Name) == wanted) return "; did you mean " + Quoted(p->Name) + "?";
   }
   return "";
+}
+
+LintSeverity SeverityOf(std::string_view rule) {
+  const auto found =
+      std::find_if(kRules.begin(), kRules.end(), [&](const LintRule& r) { return r.id == rule; });
+  return found->severity;
 }
 
 // A finding before it knows its file: member, line key, rule, message.
@@ -108,8 +115,11 @@ class LintRecorder::Collector : public doccomments::DocFindingSink, public Fault
 
   void AddPending(const SourceMember& member, int32_t key, std::string_view rule,
                   std::string message) {
+    if (SeverityOf(rule) == LintSeverity::kError) ++errors_;
     pending_.push_back({&member, key, rule, std::move(message)});
   }
+  // The errors found so far.
+  int64_t ErrorCount() const { return errors_; }
   std::vector<LintFinding> Resolve() const;
 
  private:
@@ -128,6 +138,7 @@ class LintRecorder::Collector : public doccomments::DocFindingSink, public Fault
   int32_t key_ = 0;
   bool explained_ = false;  // the fault to come is a finding already
   std::vector<PendingFinding> pending_;
+  int64_t errors_ = 0;
 };
 
 void LintRecorder::Collector::Add(DocFinding f) {
@@ -211,14 +222,12 @@ std::vector<LintFinding> LintRecorder::Collector::Resolve() const {
   for (const PendingFinding& p : pending_) {
     auto place = places.find(p.member);
     if (place == places.end()) continue;
-    const auto rule = std::find_if(kRules.begin(), kRules.end(),
-                                   [&](const LintRule& r) { return r.id == p.rule; });
     const int32_t key = p.key >= 1 ? p.key : DeclarationKey(*p.member);
     LintFinding f;
     f.file = place->second.component->FilePath;
     f.relative_path = vb::Replace(place->second.component->RelativePath, "\\", "/");
     f.line = place->second.module->FileLines.FileLine(p.member->FirstLine + key - 1);
-    f.severity = rule->severity;
+    f.severity = SeverityOf(p.rule);
     f.rule = std::string(p.rule);
     f.message = p.message;
     f.module = place->second.module->Name;
@@ -256,13 +265,8 @@ std::vector<const SourceParameter*> DescribedParameters(const SourceMember& memb
 
 namespace {
 
-struct PageTexts {
-  std::string summary;
-  std::string returns;
-};
-
 // The readers of one member page, in the page's order.
-PageTexts ReadMemberPage(SourceMember& member) {
+MemberPage ReadMemberPage(SourceMember& member) {
   CSummary summary;
   CRemarks remarks;
   CParam params;
@@ -274,10 +278,10 @@ PageTexts ReadMemberPage(SourceMember& member) {
   code.GetCode(member);
   remarks.GetRemarks(member);
   returns.GetReturns(member);
-  return {summary.SumaryContent(), returns.ReturnsContent()};
+  return {summary.SumaryContent(), returns.ReturnsContent(), true};
 }
 
-void NoteMissing(LintRecorder::Collector& c, const SourceMember& m, const PageTexts& texts) {
+void NoteMissing(LintRecorder::Collector& c, const SourceMember& m, const MemberPage& texts) {
   if (texts.summary.empty()) c.AddPending(m, 0, "missing-summary", m.Name + " has no <summary>");
   for (const auto& p : m.Parameters) {
     if (p->Description.empty()) {
@@ -300,11 +304,15 @@ void LintModule(SourceModule& module, const LintOptions& options, LintRecorder::
   for (int32_t i = 1; i <= count; ++i) {
     SourceMember& member = module.Members.Item(i);
     if (!CountsForReport(member, options.scopes)) continue;
+    const int64_t errors_before = c.ErrorCount();
     CSummary().GetSummary(member);
-    const PageTexts texts = ReadMemberPage(member);
-    if (options.missing) NoteMissing(c, member, texts);
+    MemberPage page = ReadMemberPage(member);
+    page.read_to_end = c.ErrorCount() == errors_before;
+    if (options.missing) NoteMissing(c, member, page);
+    if (options.each_member) options.each_member(module, member, page);
   }
   CRemarks().GetRemarks(header);
+  if (!options.warnings) return;
   SurveyModule(module, options.scopes,
                [&](const SourceMember& m, int32_t key, std::string_view rule, std::string message) {
                  c.AddPending(m, key, rule, std::move(message));
@@ -314,7 +322,9 @@ void LintModule(SourceModule& module, const LintOptions& options, LintRecorder::
 }  // namespace
 
 std::vector<LintFinding> LintProject(SourceProject& project, const LintOptions& options) {
-  LintRecorder::Collector collector(project, /*warnings=*/true, /*keep_faults=*/false);
+  // The readers' own messages name no line; the findings replace them.
+  const ScopedProgressChannel quiet(nullptr);
+  LintRecorder::Collector collector(project, options.warnings, /*keep_faults=*/false);
   for (int32_t i = 1; i <= project.Modules.Count(); ++i) {
     LintModule(project.Modules.Item(i), options, collector);
   }

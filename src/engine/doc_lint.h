@@ -9,6 +9,7 @@
 #define FOLIOSCOPE_ENGINE_DOC_LINT_H_
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -47,15 +48,27 @@ struct LintFinding {
   std::string ToText() const;
 };
 
+// What the page of a counted member shows, as the lint's reading found it.
+struct MemberPage {
+  std::string summary;  // the summary block's text
+  std::string returns;  // the returns block's text
+  bool read_to_end;     // no error was found reading the member
+};
+
+using MemberPageVisitor = std::function<void(const SourceModule& module, const SourceMember& member,
+                                             const MemberPage& page)>;
+
 struct LintOptions {
   ListedScopes scopes;   // the members that count, as the module pages list them
   bool missing = false;  // notes on what is not documented
+  bool warnings = true;  // false: only the errors, which cost no scans of their own
+  MemberPageVisitor each_member = nullptr;  // called after each counted member is read
 };
 
 // Reads every module of `project` as SaveReport(0) would and returns the
 // findings sorted by file and line, each once. The model changes as a report
 // changes it (parameter descriptions, key 0). Writes nothing: faults go to
-// the findings, not to CErrorHandler.
+// the findings, not to CErrorHandler, and the readers' messages go nowhere.
 std::vector<LintFinding> LintProject(SourceProject& project, const LintOptions& options);
 
 // Collects the readers' failures on the calling thread for its lifetime,
