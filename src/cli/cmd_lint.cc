@@ -15,17 +15,15 @@
 #include <memory>
 #include <string>
 
+#include "cli/command_project.h"
 #include "cli/host.h"
 #include "cli/lint_doc.h"
 #include "cli/lint_output.h"
 #include "cli/project_left_to_exit.h"
 #include "engine/doc_lint.h"
-#include "engine/fs_communicator.h"
 #include "infra/os_path.h"
-#include "infra/registry.h"
 #include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
-#include "model/vb6_reader.h"
 
 namespace folioscope {
 namespace {
@@ -37,33 +35,6 @@ struct LintCommandOptions {
   std::string scope;  // empty: the report's scope settings
   bool missing = false;
 };
-
-// The scopes the module pages list, as the report reads them.
-ListedScopes ScopesFromSettings() {
-  CRegistry reg;
-  auto on = [&](const char* name) {
-    return reg.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0) == 1;
-  };
-  return {on("ToolBarPublicValue"), on("ToolBarFriendValue"), on("ToolBarPrivateValue")};
-}
-
-// "public,friend" -> the scopes named; false for an unknown word.
-bool ParseScopes(const std::string& list, ListedScopes* scopes) {
-  *scopes = {};
-  for (const std::string& word : vb::Split(list, ",")) {
-    const std::string w = vb::LCase(vb::Trim(word));
-    if (w == "public") {
-      scopes->public_members = true;
-    } else if (w == "friend") {
-      scopes->friend_members = true;
-    } else if (w == "private") {
-      scopes->private_members = true;
-    } else {
-      return false;
-    }
-  }
-  return true;
-}
 
 // The project folder's file: URI, in UTF-8 as JSON carries it.
 std::string FolderUri(const std::string& project) {
@@ -88,24 +59,16 @@ void PrintFindings(const LintCommandOptions& o, const std::vector<LintFinding>& 
 
 void RunLint(Host& host, const LintCommandOptions& o) {
   if (!host.Start()) return;
-  // The readers' own messages name no line; the findings replace them.
-  SetProgressChannel(nullptr);
   LintOptions options;
   options.missing = o.missing;
   options.scopes = ScopesFromSettings();
-  if (!o.scope.empty() && !ParseScopes(o.scope, &options.scopes)) {
+  if (!o.scope.empty() && !ScopesFromNames(vb::Split(o.scope, ","), &options.scopes)) {
     return host.Fail(kExitUsage, "--scope takes public, friend and private: " + o.scope);
   }
-  ProjectReadResult read = ReadProject(o.project);
-  for (const ReaderDiagnostic& d : read.diagnostics) {
-    std::fprintf(stderr, "%s\n", Cp1252ToUtf8(d.ToText()).c_str());
-  }
-  if (!read.project) {
-    host.exit_status = kExitUsage;
-    return;
-  }
-  const ProjectLeftToExit leave_project(read.project);
-  const std::vector<LintFinding> findings = LintProject(*read.project, options);
+  std::unique_ptr<SourceProject> project = ReadCommandProject(host, o.project);
+  if (!project) return;
+  const ProjectLeftToExit leave_project(project);
+  const std::vector<LintFinding> findings = LintProject(*project, options);
   PrintFindings(o, findings);
   const LintSeverity threshold = o.fail_on == "note"      ? LintSeverity::kNote
                                  : o.fail_on == "warning" ? LintSeverity::kWarning

@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/command_project.h"
 #include "cli/host.h"
 #include "cli/lint_output.h"
 #include "cli/output_folder.h"
@@ -30,7 +31,6 @@
 #include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
 #include "model/source_model.h"
-#include "model/vb6_reader.h"
 
 namespace folioscope {
 namespace {
@@ -89,17 +89,11 @@ void PrintWhereItFailed(const std::vector<LintFinding>& findings) {
 
 void RunReport(Host& host, const ReportOptions& o) {
   if (!host.Start()) return;
-  ProjectReadResult read = ReadProject(o.project);
-  for (const ReaderDiagnostic& d : read.diagnostics) {
-    std::fprintf(stderr, "%s\n", Cp1252ToUtf8(d.ToText()).c_str());
-  }
-  if (!read.project) {
-    host.exit_status = kExitUsage;
-    return;
-  }
-  const ProjectLeftToExit leave_project(read.project);
+  std::unique_ptr<SourceProject> read = ReadCommandProject(host, o.project);
+  if (!read) return;
+  const ProjectLeftToExit leave_project(read);
   if (!ClaimOutputFolder(host, OutputFolder(o.output), o.force)) return;
-  SourceProject& project = *read.project;
+  SourceProject& project = *read;
   CFolioscope report;
   report.Projekt = &project;
   report.ProjektName = project.Name;
