@@ -11,6 +11,7 @@
 #include "infra/file_system.h"
 #include "infra/os_path.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 #include "model/vb6_declaration.h"
 #include "model/vb6_members.h"
 #include "model/vb6_module_file.h"
@@ -35,23 +36,6 @@ struct ProjectFile {
   std::string revision = "0";
   std::vector<ProjectEntry> entries;
 };
-
-// The .vbp keys that list modules, with the kind text of their components.
-const char* ModuleKind(const std::string& upper_key) {
-  static const char* const kKinds[][2] = {
-      {"FORM", "Form"},
-      {"MODULE", "Module"},
-      {"CLASS", "Class"},
-      {"USERCONTROL", "UserControl"},
-      {"PROPERTYPAGE", "PropertyPage"},
-      {"DESIGNER", "Designer"},
-      {"USERDOCUMENT", "UserDocument"},
-  };
-  for (const auto& kind : kKinds) {
-    if (upper_key == kind[0]) return kind[1];
-  }
-  return nullptr;
-}
 
 std::string Unquote(const std::string& value) {
   if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
@@ -85,8 +69,8 @@ ProjectFile ParseProjectFile(const std::string& bytes) {
       project.minor = VersionPart(value);
     } else if (key == "REVISIONVER") {
       project.revision = VersionPart(value);
-    } else if (const char* kind = ModuleKind(key)) {
-      ProjectEntry entry{kind, "", value, line_number};
+    } else if (const std::optional<ModuleKind> kind = ModuleKindOfProjectKey(key)) {
+      ProjectEntry entry{ModuleKindText(*kind), "", value, line_number};
       const size_t semicolon = value.find(';');
       if (semicolon != std::string::npos) {
         entry.name = vb::Trim(value.substr(0, semicolon));

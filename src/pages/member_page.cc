@@ -18,6 +18,7 @@
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 #include "pages/page_file_guard.h"
 #include "pages/template_fill.h"
 
@@ -115,7 +116,9 @@ std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
     params.GetParam(member);
 
     const std::string scope_word = LanguageText(res, ScopeWordKey(member.Scope));
-    const bool class_like = RequireProject(Projekt).Components.Item(ModulName).Kind != "Module";
+    const bool class_like =
+        ModuleKindOfText(RequireProject(Projekt).Components.Item(ModulName).Kind) !=
+        ModuleKind::kModule;
     std::string syntax = SyntaxOpening(res, member, class_like);
 
     std::string intern_description;

@@ -15,6 +15,7 @@
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 #include "pages/page_file_guard.h"
 #include "pages/template_fill.h"
 
@@ -27,12 +28,24 @@ constexpr const char* kClass = "CFolioscope";
 // The language key naming a module kind; kinds compare exactly, and an
 // unknown kind has no text.
 const char* KindTextKey(const std::string& kind) {
-  if (kind == "Module") return "&&&FS_ModulInhaltOben_StdModul&&&";
-  if (kind == "Class") return "&&&FS_ModulInhaltOben_CModul&&&";
-  if (kind == "Form") return "&&&FS_ModulInhaltOben_Form&&&";
-  if (kind == "UserControl") return "&&&FS_ModulInhaltOben_UserControl&&&";
-  if (kind == "PropertyPage") return "&&&FS_ModulInhaltOben_PropertyPage&&&";
-  if (kind == "Designer") return "&&&FS_ModulInhaltOben_Designer&&&";
+  const std::optional<ModuleKind> known = ModuleKindOfText(kind);
+  if (!known) return nullptr;
+  switch (*known) {
+    case ModuleKind::kModule:
+      return "&&&FS_ModulInhaltOben_StdModul&&&";
+    case ModuleKind::kClass:
+      return "&&&FS_ModulInhaltOben_CModul&&&";
+    case ModuleKind::kForm:
+      return "&&&FS_ModulInhaltOben_Form&&&";
+    case ModuleKind::kUserControl:
+      return "&&&FS_ModulInhaltOben_UserControl&&&";
+    case ModuleKind::kPropertyPage:
+      return "&&&FS_ModulInhaltOben_PropertyPage&&&";
+    case ModuleKind::kDesigner:
+      return "&&&FS_ModulInhaltOben_Designer&&&";
+    case ModuleKind::kUserDocument:
+      break;  // no text of its own
+  }
   return nullptr;
 }
 
