@@ -31,7 +31,6 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kCrLf = "\r\n";
 constexpr int32_t kWindowHidden = 0;
 
@@ -112,9 +111,10 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     SaveReport(SaveMode);
     // Like the web report, no output folder or no project writes nothing.
     if (PlainPath.empty() || Projekt == nullptr) return;
-    CreateCHMProjektFile(SaveMode);
-    CreateCHMMapAndAlias(SaveMode);
-    CreateCHMTableOfContens(SaveMode);
+    const auto mode = static_cast<folioscope::SaveMode>(SaveMode);
+    CreateCHMProjektFile(mode);
+    CreateCHMMapAndAlias(mode);
+    CreateCHMTableOfContens(mode);
     const std::string folder = PlainPath;
     if (!HelpCompilerPresent(*file_system_)) {
       AddLog(CurrentPlatform().ApplicationFolder() + kPathSeparatorText + kMissingCompiler,

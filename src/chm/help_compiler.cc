@@ -286,16 +286,6 @@ bool WildcardMatch(std::string_view name, std::string_view pattern) {
   return p == pattern.size();
 }
 
-void DeleteMatchingFiles(const std::string& folder, std::string_view pattern) {
-  std::vector<std::string> doomed;
-  for (const FolderEntry& entry : ListFolder(folder)) {
-    if (entry.is_folder || !IsPlainFile(folder + "/" + entry.name)) continue;
-    if (WildcardMatch(entry.name, pattern)) doomed.push_back(entry.os_path);
-  }
-  std::error_code ec;
-  for (const std::string& path : doomed) fs::remove(path, ec);
-}
-
 std::string ShellQuote(std::string_view text) {
   std::string quoted = "'";
   for (char c : text) {

@@ -15,7 +15,6 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kMessageBoxTitle = "Quillon";
 
 const char kNoReportSetMessage[] =

@@ -29,6 +29,16 @@
 
 namespace folioscope {
 
+// What SaveReport and SaveCHMReportSystem write: the whole project, the
+// module named by ModuleName, or the member MemberName of that module.
+// Callers pass the number; a number outside these writes only what all
+// modes share.
+enum class SaveMode : int32_t {
+  kWholeProject = 0,
+  kOneModule = 1,
+  kOneMember = 2,
+};
+
 class CFolioscope {
  public:
   CFolioscope();
@@ -65,6 +75,9 @@ class CFolioscope {
   // Tests drive the private page writers and the help-file state directly.
   friend class CFolioscopeTestPeer;
 
+  // The class name under which every trapped fault is reported.
+  static constexpr const char* kClass = "CFolioscope";
+
   // engine/folioscope.cc
   void CheckOfReady();
   void WriteTextFile(const std::string& FileName, const std::string& Text, bool Append);
@@ -92,9 +105,9 @@ class CFolioscope {
 
   // chm/
   std::string GetTOCItem();
-  int32_t CreateCHMProjektFile(int32_t SaveMode);
-  int32_t CreateCHMMapAndAlias(int32_t SaveMode);
-  int32_t CreateCHMTableOfContens(int32_t SaveMode);
+  int32_t CreateCHMProjektFile(SaveMode Mode);
+  int32_t CreateCHMMapAndAlias(SaveMode Mode);
+  int32_t CreateCHMTableOfContens(SaveMode Mode);
   int32_t RunAndWait(const std::string& CommandLine, int32_t WindowStyle,
                      bool DoEventsWhileWaiting);
 

@@ -26,8 +26,6 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
-
 // The language key of the member's scope word. Scopes compare exactly, in
 // the order of the scope codes; anything else is the declarations section.
 const char* ScopeWordKey(const std::string& scope) {

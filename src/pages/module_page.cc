@@ -23,8 +23,6 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
-
 // The language key naming a module kind; kinds compare exactly, and an
 // unknown kind has no text.
 const char* KindTextKey(const std::string& kind) {
@@ -163,7 +161,7 @@ std::string CFolioscope::GetModulContentSite(const std::string& ModulName) {
   return result;
 }
 
-int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t SaveMode,
+int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t save_mode,
                                            int32_t Position) {
   Trap(kClass, "WriteModulContentSite", [&] {
     CurrentPlatform().PumpMessages();
@@ -174,7 +172,7 @@ int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t SaveMod
     if (chm_mode_) {
       chm_file_list_ += module_file + "\r\n";
       std::string item = GetTOCItem();
-      if (SaveMode != 0) {
+      if (static_cast<SaveMode>(save_mode) != SaveMode::kWholeProject) {
         item = "<ul>" + item;
       } else if (Position != 1) {
         item = "</ul>" + item;

@@ -18,7 +18,6 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kProjectFile = "Projekt.htm";
 constexpr const char* kCrLf = "\r\n";
 
