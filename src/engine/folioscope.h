@@ -80,6 +80,16 @@ class CFolioscope {
 
   // engine/folioscope.cc
   void CheckOfReady();
+  // The steps of CheckOfReady, in its order. The chosen report set and
+  // language; returns the ReportPath setting as read.
+  std::string ReadReportSetChoice(CRegistry& reg);
+  // The display switches and titles; returns the reload request (LNR).
+  int32_t ReadReportSwitches(CRegistry& reg);
+  // Why the chosen report set cannot be used, or "" when it can.
+  std::string MissingReportSetMessage(const std::string& report_path) const;
+  // Loads the templates when none are loaded, again when a reload is
+  // requested (which clears the request); false when a reload fails.
+  bool LoadReportSet(CRegistry& reg, int32_t reload_request);
   void WriteTextFile(const std::string& FileName, const std::string& Text, bool Append);
   // Module and member pages: handed to the page writer while a whole
   // project is saved, written at once otherwise. `Procedure` is the one a
@@ -110,6 +120,12 @@ class CFolioscope {
   int32_t CreateCHMTableOfContens(SaveMode Mode);
   int32_t RunAndWait(const std::string& CommandLine, int32_t WindowStyle,
                      bool DoEventsWhileWaiting);
+  // The help compiler run of SaveCHMReportSystem over the help project in
+  // `folder`, with the files it needs written first.
+  void RunHelpCompiler(const std::string& folder);
+  // Removes what the run wrote only for the compile (the intermediate
+  // files too when DelFilesAfterCHMCompiling is 1).
+  void DeleteCompileFiles(const std::string& folder);
 
   // Fields.
   std::unique_ptr<CRessource> resources_;

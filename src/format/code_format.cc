@@ -265,6 +265,52 @@ bool CCodeFormat::IsKeyword(const std::string& word) {
   return found;
 }
 
+std::string CCodeFormat::MarkKeywords(const std::string& line) {
+  // The blank that ends a word is written before the word, so each line
+  // gains one leading blank and a trailing blank moves to the front.
+  std::string word;
+  std::string result;
+  bool in_string = false;
+  bool string_seen = false;
+  const size_t length = line.size();
+  for (size_t i = 0; i < length; ++i) {
+    const char c = line[i];
+    bool ended = false;
+    if (c == '"') {
+      in_string = !in_string;
+      if (in_string) string_seen = true;
+    }
+    if (in_string) {
+      word += c;
+    } else {
+      if (c != ' ') {
+        word += c;
+      } else {
+        result += ' ';
+        ended = true;
+      }
+      if (i + 1 == length) {
+        result += ' ';
+        ended = true;
+      }
+    }
+    if (!ended) continue;
+    const std::string trimmed = vb::Trim(word);
+    if (string_seen) {
+      result += word;
+      string_seen = false;
+    } else if (trimmed.size() == 1) {
+      result += word;
+    } else if (!trimmed.empty() && IsKeyword(word)) {
+      result += FontElement(KeywordColor) + trimmed + "</FONT>";
+    } else if (!trimmed.empty()) {
+      result += word;
+    }
+    word.clear();
+  }
+  return result;
+}
+
 std::string CCodeFormat::ConvertToHTML(const std::string& source_line) {
   std::string converted;
   Trap(kModule, "ConvertToHTML", [&] {
@@ -280,48 +326,7 @@ std::string CCodeFormat::ConvertToHTML(const std::string& source_line) {
     }
     line = EscapeBrackets(line);
 
-    // The blank that ends a word is written before the word, so each line
-    // gains one leading blank and a trailing blank moves to the front.
-    std::string word;
-    std::string result;
-    bool in_string = false;
-    bool string_seen = false;
-    const size_t length = line.size();
-    for (size_t i = 0; i < length; ++i) {
-      const char c = line[i];
-      bool ended = false;
-      if (c == '"') {
-        in_string = !in_string;
-        if (in_string) string_seen = true;
-      }
-      if (in_string) {
-        word += c;
-      } else {
-        if (c != ' ') {
-          word += c;
-        } else {
-          result += ' ';
-          ended = true;
-        }
-        if (i + 1 == length) {
-          result += ' ';
-          ended = true;
-        }
-      }
-      if (!ended) continue;
-      const std::string trimmed = vb::Trim(word);
-      if (string_seen) {
-        result += word;
-        string_seen = false;
-      } else if (trimmed.size() == 1) {
-        result += word;
-      } else if (!trimmed.empty() && IsKeyword(word)) {
-        result += FontElement(KeywordColor) + trimmed + "</FONT>";
-      } else if (!trimmed.empty()) {
-        result += word;
-      }
-      word.clear();
-    }
+    std::string result = MarkKeywords(line);
     if (line.empty()) result += FontElement(SourceColor) + "&#160;" + "</FONT>";
     result += comment_part.empty() ? std::string("<BR>") : comment_part;
     converted = std::move(result);

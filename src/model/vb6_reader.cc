@@ -210,27 +210,11 @@ void ReadModulesSideBySide(std::vector<ModuleToRead>& modules) {
   for (std::thread& t : threads) t.join();
 }
 
-}  // namespace
-
-ProjectReadResult ReadProject(const std::string& path) {
-  ProjectReadResult result;
-  std::string bytes;
-  if (!ReadBytes(path, &bytes)) {
-    result.diagnostics.push_back(
-        {path, 0, DiagnosticSeverity::kError, "Projektdatei kann nicht gelesen werden."});
-    return result;
-  }
-  const ProjectFile file = ParseProjectFile(bytes);
-  auto project = std::make_unique<SourceProject>();
-  project->Name = file.name;
-  project->Version = file.major + "." + file.minor + "." + file.revision;
-  project->FilePath = path;
+// The module lines of the project file `path`, each with its file resolved
+// in the project's folder, or with the reason it is not read: the file is
+// missing, or it is the project file itself.
+std::vector<ModuleToRead> CheckModuleEntries(const ProjectFile& file, const std::string& path) {
   const std::string folder = FolderOf(path);
-
-  // First the entries are checked in order, then the module files are read
-  // side by side, then everything is put together in the order of the
-  // entries, so diagnostics and modules come out as a reading one by one
-  // would give them.
   std::vector<ModuleToRead> modules(file.entries.size());
   for (size_t k = 0; k < file.entries.size(); ++k) {
     const ProjectEntry& entry = file.entries[k];
@@ -249,34 +233,61 @@ ProjectReadResult ReadProject(const std::string& path) {
           entry.relative_path;
     }
   }
-  ReadModulesSideBySide(modules);
+  return modules;
+}
 
-  for (size_t k = 0; k < file.entries.size(); ++k) {
-    const ProjectEntry& entry = file.entries[k];
-    ModuleToRead& m = modules[k];
-    if (!m.refusal.empty()) {
-      result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kWarning, m.refusal});
-      continue;
-    }
-    if (m.failure) std::rethrow_exception(m.failure);
-    ModuleReadResult& read = m.read;
-    result.diagnostics.insert(result.diagnostics.end(), read.diagnostics.begin(),
-                              read.diagnostics.end());
-    if (!read.module) continue;
-    const std::string module_name = read.module->Name;
-    if (project->Modules.Exists(module_name)) {
-      result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kError,
-                                    "Modul doppelt vorhanden: " + module_name});
-      continue;
-    }
-    auto component = std::make_unique<SourceComponent>();
-    component->Name = module_name;
-    component->Kind = entry.kind;
-    component->RelativePath = entry.relative_path;
-    component->FilePath = m.full_path;
-    project->Components.Add(std::move(component), module_name);
-    project->Modules.Add(std::move(read.module), module_name);
+// Puts one module line's outcome into `project`: the refusal or the
+// reader's diagnostics, then the module with its component entry unless its
+// name is taken. A fault the reader raised is raised again here.
+void AddModule(ModuleToRead& m, const std::string& path, SourceProject& project,
+               Diagnostics& diagnostics) {
+  const ProjectEntry& entry = *m.entry;
+  if (!m.refusal.empty()) {
+    diagnostics.push_back({path, entry.line, DiagnosticSeverity::kWarning, m.refusal});
+    return;
   }
+  if (m.failure) std::rethrow_exception(m.failure);
+  ModuleReadResult& read = m.read;
+  diagnostics.insert(diagnostics.end(), read.diagnostics.begin(), read.diagnostics.end());
+  if (!read.module) return;
+  const std::string module_name = read.module->Name;
+  if (project.Modules.Exists(module_name)) {
+    diagnostics.push_back(
+        {path, entry.line, DiagnosticSeverity::kError, "Modul doppelt vorhanden: " + module_name});
+    return;
+  }
+  auto component = std::make_unique<SourceComponent>();
+  component->Name = module_name;
+  component->Kind = entry.kind;
+  component->RelativePath = entry.relative_path;
+  component->FilePath = m.full_path;
+  project.Components.Add(std::move(component), module_name);
+  project.Modules.Add(std::move(read.module), module_name);
+}
+
+}  // namespace
+
+ProjectReadResult ReadProject(const std::string& path) {
+  ProjectReadResult result;
+  std::string bytes;
+  if (!ReadBytes(path, &bytes)) {
+    result.diagnostics.push_back(
+        {path, 0, DiagnosticSeverity::kError, "Projektdatei kann nicht gelesen werden."});
+    return result;
+  }
+  const ProjectFile file = ParseProjectFile(bytes);
+  auto project = std::make_unique<SourceProject>();
+  project->Name = file.name;
+  project->Version = file.major + "." + file.minor + "." + file.revision;
+  project->FilePath = path;
+
+  // First the entries are checked in order, then the module files are read
+  // side by side, then everything is put together in the order of the
+  // entries, so diagnostics and modules come out as a reading one by one
+  // would give them.
+  std::vector<ModuleToRead> modules = CheckModuleEntries(file, path);
+  ReadModulesSideBySide(modules);
+  for (ModuleToRead& m : modules) AddModule(m, path, *project, result.diagnostics);
   result.project = std::move(project);
   return result;
 }
