@@ -37,6 +37,15 @@ std::string ClosingLists(SaveMode mode) {
 
 }  // namespace
 
+// The contents item that the page writers fill for each page of a help-file
+// build; CreateCHMTableOfContens frames what they collect.
+std::string CFolioscope::GetTOCItem() {
+  return "<LI> <OBJECT type=\"text/sitemap\">\r\n"
+         "<param name=\"Name\" value=\"&&&TOCCaption&&&\">\r\n"
+         "<param name=\"Local\" value=\"&&&TOCFile&&&\">\r\n"
+         "</OBJECT>\r\n";
+}
+
 int32_t CFolioscope::CreateCHMTableOfContens(SaveMode Mode) {
   Trap(kClass, "CreateCHMTableOfContens", [&] {
     const std::string text =
