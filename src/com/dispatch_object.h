@@ -7,7 +7,6 @@
 // named like the class (so TypeName() gives "CReportSets", and event hosts
 // find the default source interface). The derived class implements the
 // methods of I, each body wrapped in Guard().
-//
 #ifndef FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
 #define FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
 
