@@ -29,6 +29,8 @@
 
 namespace folioscope {
 
+class SearchIndex;
+
 class CFolioscope {
  public:
   CFolioscope();
@@ -79,6 +81,10 @@ class CFolioscope {
 
   // engine/web_report.cc
   int32_t WriteFileRessources();
+  // The search index of a whole-project save, when the report set asks for
+  // one: collected while the pages are built, written after them.
+  bool WantsSearchIndex();
+  int32_t WriteSearchIndex();
 
   // pages/
   int32_t WriteProjekt(int32_t SaveMode);
@@ -130,6 +136,9 @@ class CFolioscope {
   std::set<std::string> written_files_;
   // Writes the module and member pages of a whole-project save.
   std::unique_ptr<PageWriter> page_writer_;
+  // Collects modules and members for the search index; set only while a
+  // whole-project web report is saved with a report set that asks for it.
+  std::unique_ptr<SearchIndex> search_index_;
 };
 
 }  // namespace folioscope
