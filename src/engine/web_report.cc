@@ -70,8 +70,9 @@ std::string RefusedResourceMessage(const std::string& name, const std::string& f
 // The search index is written like a page: a name that would leave the
 // output folder is refused with this line.
 std::string RefusedIndexMessage(const std::string& name, const std::string& folder) {
-  return "Der Suchindex '" + PrintableName(name) + "' des Report-Sets wird nicht geschrieben: " +
-         "der Name f\xFChrt aus dem Ordner " + folder + " heraus.";
+  return "Der Suchindex '" + PrintableName(name) +
+         "' des Report-Sets wird nicht geschrieben: " + "der Name f\xFChrt aus dem Ordner " +
+         folder + " heraus.";
 }
 
 }  // namespace

@@ -145,9 +145,9 @@ std::string CFolioscope::GetModulContentSite(const std::string& ModulName) {
                             ShowHelpContextID,  ShowVBInternDescription, ToolBarPublicValue,
                             ToolBarFriendValue, ToolBarPrivateValue};
     std::string foot;
-    std::string page = BuildHead(res, project, module, sw,
-                                 ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_), foot,
-                                 nullptr);
+    std::string page =
+        BuildHead(res, project, module, sw,
+                  ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_), foot, nullptr);
     ForEachListedMember(module, sw,
                         [&](int32_t i) { page += GetMemberForModuleContent(i, ModulName, false); });
     result = page + FinishFoot(res, module, foot);
