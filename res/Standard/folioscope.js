@@ -1,5 +1,16 @@
-// Folioscope report set "Standard": menu nodes and small page helpers.
-// Plain ES3 so that the help viewer's browser engine runs it as well.
+// Folioscope report set "Standard": menu nodes, small page helpers, the
+// search box of the menu, links between types and members, and addresses
+// of single pages inside the frame set.
+//
+// Plain ES3 with feature checks, so that the help viewer's browser engine
+// runs it as well. Pages opened straight from disk may not read other files
+// or reach into the other frames, so the data comes as script files that
+// the report writes beside the pages (folioscope-index.js: names and kinds;
+// folioscope-index-text.js: first sentences of summaries), and the frames
+// talk to each other only by postMessage.
+
+var fsIndexName = "folioscope-index";
+var fsMaxHits = 50;
 
 // Opens or closes one menu node; returns false so that the link is not followed.
 function fsToggle(elementId, iconId) {
@@ -30,3 +41,522 @@ function fsPageLoaded() {
     }
   }
 }
+
+// --- Helpers ----------------------------------------------------------------
+
+function fsListen(target, name, handler) {
+  if (target.addEventListener) target.addEventListener(name, handler, false);
+  else if (target.attachEvent) target.attachEvent("on" + name, handler);
+}
+
+function fsTrim(text) { return text.replace(/^\s+|\s+$/g, ""); }
+
+function fsTextOf(element) {
+  var text = element.innerText;
+  if (typeof text != "string") text = element.textContent;
+  return typeof text == "string" ? text : "";
+}
+
+function fsElement(tag, className, text) {
+  var e = document.createElement(tag);
+  if (className) e.className = className;
+  if (text) e.appendChild(document.createTextNode(text));
+  return e;
+}
+
+// Page files are named as the report writes them: blanks become "_".
+function fsUnderscored(name) { return name.replace(/ /g, "_"); }
+function fsModulePage(module) { return fsUnderscored(module) + ".htm"; }
+function fsMemberPage(module, member) { return fsUnderscored(module) + "_" + fsUnderscored(member) + ".htm"; }
+
+// A page name that may come from an address: one file of this folder.
+function fsIsPageName(name) {
+  return /^[^\/\\:?#*"<>|.][^\/\\:?#*"<>|]*\.htm$/i.test(name);
+}
+
+function fsDecode(text) {
+  try { return decodeURIComponent(text); } catch (e) { return text; }
+}
+
+// The file name of this page, "" where the address has none.
+function fsOwnPage() {
+  var path = String(location.pathname || "");
+  return fsDecode(path.substring(path.lastIndexOf("/") + 1));
+}
+
+// Only a report on disk or on a web server has the index files beside its
+// pages; inside a help file there is nothing to load.
+function fsCanLoadIndex() {
+  return /^(file|https?):$/.test(location.protocol);
+}
+
+// Loads a script of this folder once and then calls done(); done() also
+// runs when the file is missing.
+function fsLoadScript(file, done) {
+  var head = document.getElementsByTagName("head")[0] || document.documentElement;
+  var script = document.createElement("script");
+  var finished = false;
+  var finish = function () {
+    if (finished) return;
+    if (script.readyState && script.readyState != "loaded" && script.readyState != "complete") return;
+    finished = true;
+    done();
+  };
+  script.type = "text/javascript";
+  script.onload = finish;
+  script.onreadystatechange = finish;
+  script.onerror = function () { finished = true; done(); };
+  script.src = file;
+  head.appendChild(script);
+}
+
+// Lower case without accents, so that "prufe", "prüfe" and "pruefe" all
+// find "PrüfeEinst": accented letters lose their marks, "ß" becomes "ss",
+// and the spelled-out umlauts "ae", "oe", "ue" become "a", "o", "u".
+var fsFoldFrom = "\u00e0\u00e1\u00e2\u00e3\u00e4\u00e5\u00e7\u00e8\u00e9\u00ea\u00eb\u00ec\u00ed\u00ee\u00ef" +
+                 "\u00f1\u00f2\u00f3\u00f4\u00f5\u00f6\u00f8\u00f9\u00fa\u00fb\u00fc\u00fd\u00ff\u0161\u017e";
+var fsFoldTo = "aaaaaaceeeeiiiinoooooouuuuyysz";
+function fsFold(text) {
+  var lower = text.toLowerCase();
+  var out = "";
+  for (var i = 0; i < lower.length; i++) {
+    var c = lower.charAt(i);
+    if (c < "\u00c0") { out += c; continue; }
+    var at = fsFoldFrom.indexOf(c);
+    if (at >= 0) out += fsFoldTo.charAt(at);
+    else if (c == "\u00df") out += "ss";
+    else if (c == "\u00e6") out += "ae";
+    else if (c == "\u0153") out += "oe";
+    else out += c;
+  }
+  return out.replace(/([aou])e/g, "$1");
+}
+
+// --- The names index --------------------------------------------------------
+
+// Entries of the names index, flat: one per module (member -1) and per
+// member, with the folded names that the search compares.
+var fsEntries = null;
+var fsPages = null;      // page file name -> entry number
+var fsModuleByName = null; // folded module name -> module number
+
+function fsKindOf(entry) { return FolioscopeNames.k[entry.kind]; }
+
+function fsBuildEntries() {
+  if (fsEntries || typeof FolioscopeNames == "undefined") return fsEntries != null;
+  var modules = FolioscopeNames.m;
+  fsEntries = [];
+  fsPages = {};
+  fsModuleByName = {};
+  for (var m = 0; m < modules.length; m++) {
+    var row = modules[m];
+    var moduleName = row[0];
+    fsModuleByName["~" + moduleName.toLowerCase()] = m;
+    for (var i = 0; i < row.length; i += 2) {
+      var name = row[i];
+      var base = i == 0 ? name : name.replace(/^(Get|Let|Set) /, "");
+      var entry = {
+        name: name, kind: row[i + 1], module: m, member: i / 2 - 1,
+        page: i == 0 ? fsModulePage(name) : fsMemberPage(moduleName, name),
+        folded: fsFold(name), foldedBase: fsFold(base)
+      };
+      fsPages["~" + entry.page] = fsEntries.length;
+      fsEntries.push(entry);
+    }
+  }
+  return true;
+}
+
+function fsModuleName(entry) { return FolioscopeNames.m[entry.module][0]; }
+
+// --- Search -----------------------------------------------------------------
+
+var fsTexts = null;        // folded first sentences, by entry number
+var fsTextsState = 0;      // 0 not asked for, 1 loading, 2 there (or missing)
+
+function fsSentence(entry) {
+  if (typeof FolioscopeTexts == "undefined") return "";
+  var row = FolioscopeTexts[entry.module];
+  return row ? (row[entry.member + 1] || "") : "";
+}
+
+function fsLoadTexts(whenLoaded) {
+  if (fsTextsState != 0) return;
+  fsTextsState = 1;
+  fsLoadScript(fsIndexName + "-text.js", function () {
+    fsTexts = [];
+    for (var i = 0; i < fsEntries.length; i++) fsTexts.push(" " + fsFold(fsSentence(fsEntries[i])));
+    fsTextsState = 2;
+    whenLoaded();
+  });
+}
+
+// Ranks one entry against the folded query: 0 the name itself, 1 a name
+// that begins with it, 2 a name that holds it, -1 none of these. A
+// property's name counts without its "Get ", "Let " or "Set ".
+function fsNameRank(entry, query) {
+  if (entry.foldedBase == query || entry.folded == query) return 0;
+  if (entry.foldedBase.indexOf(query) == 0 || entry.folded.indexOf(query) == 0) return 1;
+  if (entry.folded.indexOf(query) > 0) return 2;
+  return -1;
+}
+
+function fsTextMatches(text, words) {
+  for (var w = 0; w < words.length; w++) {
+    if (text.indexOf(" " + words[w]) < 0) return false;
+  }
+  return true;
+}
+
+// The entries for a query, best first: names equal to it, names that begin
+// with it, names that hold it, then summaries that hold each of its words
+// at the start of a word. At most fsMaxHits; `byText` marks the last group.
+function fsSearch(query) {
+  var ranked = [[], [], []];
+  var found = 0;
+  for (var i = 0; i < fsEntries.length; i++) {
+    var rank = fsNameRank(fsEntries[i], query);
+    if (rank >= 0 && ranked[rank].length < fsMaxHits) {
+      ranked[rank].push(i);
+      found++;
+    }
+  }
+  var hits = ranked[0].concat(ranked[1], ranked[2]).slice(0, fsMaxHits);
+  var byText = [];
+  if (hits.length < fsMaxHits && fsTexts) {
+    var words = fsTrim(query).split(/\s+/);
+    for (var j = 0; j < fsEntries.length && hits.length + byText.length < fsMaxHits; j++) {
+      if (fsNameRank(fsEntries[j], query) < 0 && fsTextMatches(fsTexts[j], words)) byText.push(j);
+    }
+  }
+  return {names: hits, byText: byText};
+}
+
+var fsHits = [];
+var fsSelected = -1;
+var fsLastQuery = null;
+
+function fsHitLink(index, withSentence) {
+  var entry = fsEntries[index];
+  var link = fsElement("a", "search-hit");
+  link.href = entry.page;
+  link.target = "FrameRechts";
+  link.appendChild(fsElement("span", "hit-name", entry.name));
+  link.appendChild(fsElement("span", "hit-kind", fsKindOf(entry)));
+  if (entry.member >= 0) link.appendChild(fsElement("span", "hit-module", fsModuleName(entry)));
+  if (withSentence) link.appendChild(fsElement("span", "hit-text", fsSentence(entry)));
+  return link;
+}
+
+function fsShowHits(result) {
+  var list = document.getElementById("fsResults");
+  while (list.firstChild) list.removeChild(list.firstChild);
+  fsHits = [];
+  fsSelected = -1;
+  var groups = [result.names, result.byText];
+  for (var g = 0; g < groups.length; g++) {
+    for (var i = 0; i < groups[g].length; i++) {
+      var link = fsHitLink(groups[g][i], g == 1);
+      list.appendChild(link);
+      fsHits.push(link);
+    }
+  }
+  list.style.display = fsHits.length ? "block" : "none";
+}
+
+function fsRunSearch(force) {
+  var input = document.getElementById("fsSearch");
+  var query = fsFold(fsTrim(input.value));
+  if (query == fsLastQuery && !force) return;
+  fsLastQuery = query;
+  if (query == "" || !fsBuildEntries()) {
+    fsShowHits({names: [], byText: []});
+    return;
+  }
+  if (fsTextsState == 0) fsLoadTexts(function () { fsRunSearch(true); });
+  fsShowHits(fsSearch(query));
+}
+
+function fsSelect(index) {
+  if (!fsHits.length) return;
+  if (fsSelected >= 0) fsHits[fsSelected].className = "search-hit";
+  fsSelected = (index + fsHits.length) % fsHits.length;
+  var hit = fsHits[fsSelected];
+  hit.className = "search-hit selected";
+  if (hit.scrollIntoView) hit.scrollIntoView(false);
+}
+
+// Shows a page in the content frame as a click on its link would.
+function fsOpenHit(link) {
+  if (link.click) link.click();
+  else window.open(link.href, "FrameRechts");
+}
+
+function fsSearchKey(e) {
+  e = e || window.event;
+  var key = e.keyCode;
+  if (key == 40 || key == 38) {
+    fsSelect(fsSelected + (key == 40 ? 1 : -1));
+  } else if (key == 13) {
+    if (fsHits.length) fsOpenHit(fsHits[fsSelected >= 0 ? fsSelected : 0]);
+  } else if (key == 27) {
+    document.getElementById("fsSearch").value = "";
+    fsRunSearch(false);
+  } else {
+    return true;
+  }
+  if (e.preventDefault) e.preventDefault();
+  e.returnValue = false;
+  return false;
+}
+
+function fsMenuStart() {
+  var box = fsElement("div", "menu-search");
+  var input = document.createElement("input");
+  try { input.type = "search"; } catch (e) { /* older engines keep a text box */ }
+  input.id = "fsSearch";
+  input.className = "menu-search-input";
+  input.setAttribute("autocomplete", "off");
+  input.setAttribute("placeholder", "\u2315 Name");
+  var list = fsElement("div", "menu-search-results");
+  list.id = "fsResults";
+  list.style.display = "none";
+  box.appendChild(input);
+  box.appendChild(list);
+  document.body.insertBefore(box, document.body.firstChild);
+  input.onkeydown = fsSearchKey;
+  var changed = function () { fsRunSearch(false); };
+  fsListen(input, "input", changed);
+  fsListen(input, "keyup", changed);
+  fsListen(input, "search", changed);
+  if (!fsCanLoadIndex()) return;
+  fsLoadScript(fsIndexName + ".js", function () {
+    if (input.value) fsRunSearch(true);
+  });
+}
+
+// --- Links in content pages -------------------------------------------------
+
+function fsLinkableKind(kind) {
+  return kind == "Class" || kind == "Form" || kind == "UserControl" || kind == "PropertyPage";
+}
+
+// The module page a type names ("CBuchung", "CBuchung()", "Kontor.CBuchung"),
+// or "" when it is no class-like module of the project.
+function fsTypePage(type) {
+  var name = type.replace(/\(\)$/, "");
+  name = name.substring(name.lastIndexOf(".") + 1);
+  var m = fsModuleByName["~" + name.toLowerCase()];
+  if (m == null) return "";
+  var row = FolioscopeNames.m[m];
+  return fsLinkableKind(FolioscopeNames.k[row[1]]) ? fsModulePage(row[0]) : "";
+}
+
+function fsLinkType(element) {
+  var type = fsTrim(fsTextOf(element));
+  var page = type ? fsTypePage(type) : "";
+  if (!page) return;
+  var link = fsElement("a", "type-link", type);
+  link.href = page;
+  while (element.firstChild) element.removeChild(element.firstChild);
+  element.appendChild(link);
+}
+
+// The types of a member page: the return type in the syntax line and in
+// the return block, and the type column of the parameter table.
+function fsLinkTypes() {
+  var codes = document.getElementsByTagName("code");
+  for (var i = 0; i < codes.length; i++) {
+    var c = codes[i];
+    var cell = c.parentNode;
+    if (c.className == "returns-type") fsLinkType(c);
+    else if (cell && cell.nodeName.toLowerCase() == "td" && cell.cellIndex == 1) fsLinkType(c);
+  }
+  var spans = document.getElementsByTagName("span");
+  for (var j = 0; j < spans.length; j++) {
+    if (spans[j].className == "returns") fsLinkType(spans[j]);
+  }
+}
+
+// The member of module `m` that a reference names: the name itself, else
+// a property of that name ("Saldo" finds "Get Saldo").
+function fsMemberEntry(m, name) {
+  var row = FolioscopeNames.m[m];
+  var wanted = name.toLowerCase();
+  var prefixes = ["", "get ", "let ", "set "];
+  for (var p = 0; p < prefixes.length; p++) {
+    for (var i = 2; i < row.length; i += 2) {
+      if (row[i].toLowerCase() == prefixes[p] + wanted) return fsPages["~" + fsMemberPage(row[0], row[i])];
+    }
+  }
+  return null;
+}
+
+// The page a <see cref> names, seen from module `here` (-1 when unknown):
+// "Module.Member", a member of this module, or a module.
+function fsReferencePage(ref, here) {
+  var dot = ref.lastIndexOf(".");
+  var found = null;
+  if (dot > 0) {
+    var owner = ref.substring(0, dot);
+    var m = fsModuleByName["~" + owner.substring(owner.lastIndexOf(".") + 1).toLowerCase()];
+    if (m != null) found = fsMemberEntry(m, ref.substring(dot + 1));
+    if (found == null) ref = ref.substring(dot + 1);
+  }
+  if (found == null && here >= 0) found = fsMemberEntry(here, ref);
+  if (found == null) {
+    var module = fsModuleByName["~" + ref.toLowerCase()];
+    if (module != null) found = fsPages["~" + fsModulePage(FolioscopeNames.m[module][0])];
+  }
+  return found == null ? "" : fsEntries[found].page;
+}
+
+// Every <see cref="..."/> of the doc comments becomes a link, or code when
+// the reference names nothing of the project. The parser makes such a tag
+// an element that holds what follows it, so that is moved out first.
+function fsLinkReferences(indexed) {
+  var found = document.getElementsByTagName("see");
+  var sees = [];
+  for (var i = 0; i < found.length; i++) sees.push(found[i]);
+  var here = -1;
+  if (indexed) {
+    var own = fsPages["~" + fsOwnPage()];
+    if (own != null) here = fsEntries[own].module;
+  }
+  for (var j = 0; j < sees.length; j++) {
+    var see = sees[j];
+    var parent = see.parentNode;
+    var ref = fsTrim(see.getAttribute("cref") || "").replace(/^[A-Z]:/, "");
+    var page = indexed && ref ? fsReferencePage(ref, here) : "";
+    var shown = fsElement("code", page ? "see" : "see-unknown", ref);
+    if (page) {
+      var link = fsElement("a", "see-link");
+      link.href = page;
+      link.appendChild(shown);
+      shown = link;
+    }
+    parent.insertBefore(shown, see);
+    while (see.firstChild) parent.insertBefore(see.firstChild, see);
+    parent.removeChild(see);
+  }
+}
+
+// --- Addresses inside the frame set -----------------------------------------
+
+// The address of the frame set showing `page`.
+function fsFrameSetAddress(page) {
+  var href = String(location.href).replace(/[?#].*$/, "");
+  return href.substring(0, href.lastIndexOf("/") + 1) + "_Index.htm#" + page;
+}
+
+function fsCopy(text) {
+  try {
+    var area = document.createElement("textarea");
+    area.value = text;
+    document.body.appendChild(area);
+    area.select();
+    var done = document.execCommand && document.execCommand("copy");
+    document.body.removeChild(area);
+    if (done) return true;
+  } catch (e) { /* fall through */ }
+  if (navigator.clipboard && navigator.clipboard.writeText) {
+    navigator.clipboard.writeText(text);
+    return true;
+  }
+  return false;
+}
+
+// "Link" at the top of a module or member page: the frame set's address
+// of this page, copied on a click (or opened where copying is not allowed).
+function fsAddPageLink(page) {
+  var link = fsElement("a", "page-link", "Link");
+  link.href = fsFrameSetAddress(page);
+  link.target = "_top";
+  link.title = link.href;
+  link.onclick = function () {
+    if (!fsCopy(link.href)) return true;
+    link.className = "page-link copied";
+    return false;
+  };
+  document.body.insertBefore(link, document.body.firstChild);
+}
+
+// Content pages tell the frame set which page they show, so that its
+// address names it.
+function fsContentStart() {
+  var page = fsOwnPage();
+  var web = fsCanLoadIndex();
+  if (web && page && page != "Projekt.htm" && fsIsPageName(page)) fsAddPageLink(page);
+  if (web && window.name == "FrameRechts" && top != window && window.postMessage) {
+    top.postMessage("folioscope:shown:" + page, "*");
+  }
+  var wanted = document.getElementsByTagName("see").length || document.getElementsByTagName("code").length;
+  if (!web || !wanted) {
+    fsLinkReferences(false);
+    return;
+  }
+  fsLoadScript(fsIndexName + ".js", function () {
+    var indexed = fsBuildEntries();
+    if (indexed) fsLinkTypes();
+    fsLinkReferences(indexed);
+  });
+}
+
+var fsShownPage = "";
+
+// The page an address asks for: "#Page.htm", else "?page=Page.htm".
+function fsRequestedPage() {
+  var hash = fsDecode(String(location.hash || "").replace(/^#/, ""));
+  if (fsIsPageName(hash)) return hash;
+  var query = /[?&]page=([^&#]*)/.exec(String(location.search || ""));
+  var page = query ? fsDecode(query[1].replace(/\+/g, " ")) : "";
+  return fsIsPageName(page) ? page : "";
+}
+
+function fsContentFrame() {
+  var frames = document.getElementsByTagName("frame");
+  for (var i = 0; i < frames.length; i++) {
+    if (frames[i].name == "FrameRechts") return frames[i].contentWindow;
+  }
+  return null;
+}
+
+// Shows `page` in the content frame without a history entry of its own.
+function fsShowInContent(page) {
+  var content = fsContentFrame();
+  if (!content || page == fsShownPage) return;
+  fsShownPage = page;
+  content.location.replace(page);
+}
+
+// The frame set follows its address (also when it changes by hand) and
+// keeps it on the page the content frame shows; the content frame's own
+// history entries make the back button work.
+function fsFrameSetStart() {
+  var wanted = fsRequestedPage();
+  if (wanted) fsShowInContent(wanted);
+  fsListen(window, "hashchange", function () {
+    var page = fsRequestedPage();
+    if (page) fsShowInContent(page);
+  });
+  fsListen(window, "message", function (e) {
+    var match = /^folioscope:shown:(.*)$/.exec(typeof e.data == "string" ? e.data : "");
+    if (!match || !fsIsPageName(match[1])) return;
+    var page = match[1];
+    fsShownPage = page;
+    if (page == "Projekt.htm" && !location.hash) return;
+    if (fsRequestedPage() != page) location.replace("#" + page);
+  });
+}
+
+var fsStarted = false;
+function fsStart() {
+  if (fsStarted || !document.body) return;
+  fsStarted = true;
+  if (document.getElementsByTagName("frameset").length) fsFrameSetStart();
+  else if (document.body.className == "menu") fsMenuStart();
+  else if (document.body.className == "page") fsContentStart();
+}
+
+if (document.addEventListener) document.addEventListener("DOMContentLoaded", fsStart, false);
+fsListen(window, "load", fsStart);
