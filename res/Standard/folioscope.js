@@ -116,20 +116,16 @@ function fsLoadScript(file, done) {
 var fsFoldFrom = "\u00e0\u00e1\u00e2\u00e3\u00e4\u00e5\u00e7\u00e8\u00e9\u00ea\u00eb\u00ec\u00ed\u00ee\u00ef" +
                  "\u00f1\u00f2\u00f3\u00f4\u00f5\u00f6\u00f8\u00f9\u00fa\u00fb\u00fc\u00fd\u00ff\u0161\u017e";
 var fsFoldTo = "aaaaaaceeeeiiiinoooooouuuuyysz";
+function fsFoldLetter(c) {
+  var at = fsFoldFrom.indexOf(c);
+  if (at >= 0) return fsFoldTo.charAt(at);
+  if (c == "\u00df") return "ss";
+  if (c == "\u00e6") return "ae";
+  if (c == "\u0153") return "oe";
+  return c;
+}
 function fsFold(text) {
-  var lower = text.toLowerCase();
-  var out = "";
-  for (var i = 0; i < lower.length; i++) {
-    var c = lower.charAt(i);
-    if (c < "\u00c0") { out += c; continue; }
-    var at = fsFoldFrom.indexOf(c);
-    if (at >= 0) out += fsFoldTo.charAt(at);
-    else if (c == "\u00df") out += "ss";
-    else if (c == "\u00e6") out += "ae";
-    else if (c == "\u0153") out += "oe";
-    else out += c;
-  }
-  return out.replace(/([aou])e/g, "$1");
+  return text.toLowerCase().replace(/[\u00df-\u017f]/g, fsFoldLetter).replace(/([aou])e/g, "$1");
 }
 
 // --- The names index --------------------------------------------------------
@@ -154,11 +150,11 @@ function fsBuildEntries() {
     fsModuleByName["~" + moduleName.toLowerCase()] = m;
     for (var i = 0; i < row.length; i += 2) {
       var name = row[i];
-      var base = i == 0 ? name : name.replace(/^(Get|Let|Set) /, "");
+      var folded = fsFold(name);
       var entry = {
         name: name, kind: row[i + 1], module: m, member: i / 2 - 1,
         page: i == 0 ? fsModulePage(name) : fsMemberPage(moduleName, name),
-        folded: fsFold(name), foldedBase: fsFold(base)
+        folded: folded, foldedBase: i == 0 ? folded : folded.replace(/^[gls]et /, "")
       };
       fsPages["~" + entry.page] = fsEntries.length;
       fsEntries.push(entry);
@@ -171,7 +167,11 @@ function fsModuleName(entry) { return FolioscopeNames.m[entry.module][0]; }
 
 // --- Search -----------------------------------------------------------------
 
-var fsTexts = null;        // folded first sentences, by entry number
+// The folded first sentences of all entries in one text, each behind a
+// line break and a blank, so that one indexOf finds the next entry holding
+// a word; fsTextStarts[i] is where entry i begins.
+var fsTextAll = null;
+var fsTextStarts = null;
 var fsTextsState = 0;      // 0 not asked for, 1 loading, 2 there (or missing)
 
 function fsSentence(entry) {
@@ -184,11 +184,46 @@ function fsLoadTexts(whenLoaded) {
   if (fsTextsState != 0) return;
   fsTextsState = 1;
   fsLoadScript(fsIndexName + "-text.js", function () {
-    fsTexts = [];
-    for (var i = 0; i < fsEntries.length; i++) fsTexts.push(" " + fsFold(fsSentence(fsEntries[i])));
+    var parts = [];
+    var at = 0;
+    fsTextStarts = [];
+    for (var i = 0; i < fsEntries.length; i++) {
+      var text = "\n " + fsFold(fsSentence(fsEntries[i]));
+      fsTextStarts.push(at);
+      parts.push(text);
+      at += text.length;
+    }
+    fsTextStarts.push(at);
+    fsTextAll = parts.join("");
     fsTextsState = 2;
     whenLoaded();
   });
+}
+
+// The entry whose text holds position `at`.
+function fsEntryAt(at) {
+  var low = 0, high = fsTextStarts.length - 2;
+  while (low < high) {
+    var middle = Math.ceil((low + high) / 2);
+    if (fsTextStarts[middle] <= at) low = middle;
+    else high = middle - 1;
+  }
+  return low;
+}
+
+// Entries not in `taken` whose sentence holds every word at the start of
+// a word, in index order, at most `room`.
+function fsSearchTexts(words, taken, room) {
+  var found = [];
+  var first = " " + words[0];
+  var at = fsTextAll.indexOf(first);
+  while (at >= 0 && found.length < room) {
+    var e = fsEntryAt(at);
+    var text = fsTextAll.substring(fsTextStarts[e], fsTextStarts[e + 1]);
+    if (!taken["~" + e] && fsTextMatches(text, words)) found.push(e);
+    at = fsTextAll.indexOf(first, fsTextStarts[e + 1]);
+  }
+  return found;
 }
 
 // Ranks one entry against the folded query: 0 the name itself, 1 a name
@@ -213,21 +248,16 @@ function fsTextMatches(text, words) {
 // at the start of a word. At most fsMaxHits; `byText` marks the last group.
 function fsSearch(query) {
   var ranked = [[], [], []];
-  var found = 0;
   for (var i = 0; i < fsEntries.length; i++) {
     var rank = fsNameRank(fsEntries[i], query);
-    if (rank >= 0 && ranked[rank].length < fsMaxHits) {
-      ranked[rank].push(i);
-      found++;
-    }
+    if (rank >= 0 && ranked[rank].length < fsMaxHits) ranked[rank].push(i);
   }
   var hits = ranked[0].concat(ranked[1], ranked[2]).slice(0, fsMaxHits);
   var byText = [];
-  if (hits.length < fsMaxHits && fsTexts) {
-    var words = fsTrim(query).split(/\s+/);
-    for (var j = 0; j < fsEntries.length && hits.length + byText.length < fsMaxHits; j++) {
-      if (fsNameRank(fsEntries[j], query) < 0 && fsTextMatches(fsTexts[j], words)) byText.push(j);
-    }
+  if (hits.length < fsMaxHits && fsTextAll != null && query.length >= 3) {
+    var taken = {};
+    for (var h = 0; h < hits.length; h++) taken["~" + hits[h]] = true;
+    byText = fsSearchTexts(fsTrim(query).split(/\s+/), taken, fsMaxHits - hits.length);
   }
   return {names: hits, byText: byText};
 }
@@ -330,8 +360,11 @@ function fsMenuStart() {
   fsListen(input, "keyup", changed);
   fsListen(input, "search", changed);
   if (!fsCanLoadIndex()) return;
+  // Folding the names takes a moment on large projects: done right after
+  // loading rather than on the first keystroke.
   fsLoadScript(fsIndexName + ".js", function () {
     if (input.value) fsRunSearch(true);
+    else window.setTimeout(fsBuildEntries, 0);
   });
 }
 
