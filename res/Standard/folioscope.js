@@ -304,7 +304,11 @@ function fsRunSearch(force) {
     return;
   }
   if (fsTextsState == 0) fsLoadTexts(function () { fsRunSearch(true); });
+  // Run again for the same text (the summaries came), the names found
+  // stay first, so the chosen one stays chosen.
+  var selected = force ? fsSelected : -1;
   fsShowHits(fsSearch(query));
+  if (selected >= 0 && selected < fsHits.length) fsSelect(selected);
 }
 
 function fsSelect(index) {

@@ -33,6 +33,9 @@ SCENARIO = [
     ("back", None, "CKonto_Buchen.htm"),
     ("search", "pr\u00fcfe", "CBuchung_PruefeOffen.htm"),
     ("search", "kassenbuch", "CBuchung.htm"),  # only in CBuchung's summary
+    # Names that begin with it come before those that hold it: the second
+    # hit, chosen with the arrow keys, is CKonto.BuchungenZwischen.
+    ("search", "buchung\ue015\ue015\ue013\ue015", "CKonto_BuchungenZwischen.htm"),
     ("open", "_Index.htm?page=CKasse_Verkauf.htm", "CKasse_Verkauf.htm"),
 ]
 
