@@ -110,9 +110,10 @@ function fsLoadScript(file, done) {
   head.appendChild(script);
 }
 
-// Lower case without accents, so that "prufe", "prüfe" and "pruefe" all
-// find "PrüfeEinst": accented letters lose their marks, "ß" becomes "ss",
-// and the spelled-out umlauts "ae", "oe", "ue" become "a", "o", "u".
+// Lower case without accents, so that "prufe" and "pruefe" find a name
+// written with the umlaut as well as one written "PruefeEinst": accented
+// letters lose their marks, sharp s becomes "ss", and the spelled-out
+// umlauts "ae", "oe", "ue" become "a", "o", "u".
 var fsFoldFrom = "\u00e0\u00e1\u00e2\u00e3\u00e4\u00e5\u00e7\u00e8\u00e9\u00ea\u00eb\u00ec\u00ed\u00ee\u00ef" +
                  "\u00f1\u00f2\u00f3\u00f4\u00f5\u00f6\u00f8\u00f9\u00fa\u00fb\u00fc\u00fd\u00ff\u0161\u017e";
 var fsFoldTo = "aaaaaaceeeeiiiinoooooouuuuyysz";
