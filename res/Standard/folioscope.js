@@ -131,24 +131,47 @@ function fsFold(text) {
 
 // --- The names index --------------------------------------------------------
 
-// Entries of the names index, flat: one per module (member -1) and per
-// member, with the folded names that the search compares.
+// Module numbers by lower-case name; content pages need no more than this
+// and the index itself.
+var fsModuleByName = null;
+
+function fsBuildModules() {
+  if (fsModuleByName || typeof FolioscopeNames == "undefined") return fsModuleByName != null;
+  fsModuleByName = {};
+  for (var m = 0; m < FolioscopeNames.m.length; m++) {
+    fsModuleByName["~" + FolioscopeNames.m[m][0].toLowerCase()] = m;
+  }
+  return true;
+}
+
+// The module whose page or member page `page` is, -1 for none.
+function fsModuleOfPage(page) {
+  var modules = FolioscopeNames.m;
+  for (var m = 0; m < modules.length; m++) {
+    var row = modules[m];
+    if (fsModulePage(row[0]) == page) return m;
+    if (page.indexOf(fsUnderscored(row[0]) + "_") != 0) continue;
+    for (var i = 2; i < row.length; i += 2) {
+      if (fsMemberPage(row[0], row[i]) == page) return m;
+    }
+  }
+  return -1;
+}
+
+// Entries of the names index for the search, flat: one per module (member
+// -1) and per member, with the folded names that it compares. Only the
+// menu builds them.
 var fsEntries = null;
-var fsPages = null;      // page file name -> entry number
-var fsModuleByName = null; // folded module name -> module number
 
 function fsKindOf(entry) { return FolioscopeNames.k[entry.kind]; }
 
 function fsBuildEntries() {
-  if (fsEntries || typeof FolioscopeNames == "undefined") return fsEntries != null;
+  if (fsEntries || !fsBuildModules()) return fsEntries != null;
   var modules = FolioscopeNames.m;
   fsEntries = [];
-  fsPages = {};
-  fsModuleByName = {};
   for (var m = 0; m < modules.length; m++) {
     var row = modules[m];
     var moduleName = row[0];
-    fsModuleByName["~" + moduleName.toLowerCase()] = m;
     for (var i = 0; i < row.length; i += 2) {
       var name = row[i];
       var folded = fsFold(name);
@@ -157,7 +180,6 @@ function fsBuildEntries() {
         page: i == 0 ? fsModulePage(name) : fsMemberPage(moduleName, name),
         folded: folded, foldedBase: i == 0 ? folded : folded.replace(/^[gls]et /, "")
       };
-      fsPages["~" + entry.page] = fsEntries.length;
       fsEntries.push(entry);
     }
   }
@@ -244,14 +266,32 @@ function fsTextMatches(text, words) {
   return true;
 }
 
+// Every entry whose folded name holds `query`. A query that extends the
+// previous one (the usual keystroke) looks only at the previous matches.
+var fsMatchQuery = null;
+var fsMatches = null;
+function fsNameMatches(query) {
+  var from = fsMatchQuery != null && query.indexOf(fsMatchQuery) == 0 ? fsMatches : null;
+  var count = from ? from.length : fsEntries.length;
+  var found = [];
+  for (var k = 0; k < count; k++) {
+    var i = from ? from[k] : k;
+    if (fsEntries[i].folded.indexOf(query) >= 0) found.push(i);
+  }
+  fsMatchQuery = query;
+  fsMatches = found;
+  return found;
+}
+
 // The entries for a query, best first: names equal to it, names that begin
 // with it, names that hold it, then summaries that hold each of its words
 // at the start of a word. At most fsMaxHits; `byText` marks the last group.
 function fsSearch(query) {
   var ranked = [[], [], []];
-  for (var i = 0; i < fsEntries.length; i++) {
-    var rank = fsNameRank(fsEntries[i], query);
-    if (rank >= 0 && ranked[rank].length < fsMaxHits) ranked[rank].push(i);
+  var matches = fsNameMatches(query);
+  for (var k = 0; k < matches.length; k++) {
+    var rank = fsNameRank(fsEntries[matches[k]], query);
+    if (ranked[rank].length < fsMaxHits) ranked[rank].push(matches[k]);
   }
   var hits = ranked[0].concat(ranked[1], ranked[2]).slice(0, fsMaxHits);
   var byText = [];
@@ -416,37 +456,38 @@ function fsLinkTypes() {
   }
 }
 
-// The member of module `m` that a reference names: the name itself, else
-// a property of that name ("Saldo" finds "Get Saldo").
-function fsMemberEntry(m, name) {
+// The page of the member of module `m` that a reference names: the name
+// itself, else a property of that name ("Saldo" finds "Get Saldo"); "" for
+// none.
+function fsMemberPageOf(m, name) {
   var row = FolioscopeNames.m[m];
   var wanted = name.toLowerCase();
   var prefixes = ["", "get ", "let ", "set "];
   for (var p = 0; p < prefixes.length; p++) {
     for (var i = 2; i < row.length; i += 2) {
-      if (row[i].toLowerCase() == prefixes[p] + wanted) return fsPages["~" + fsMemberPage(row[0], row[i])];
+      if (row[i].toLowerCase() == prefixes[p] + wanted) return fsMemberPage(row[0], row[i]);
     }
   }
-  return null;
+  return "";
 }
 
 // The page a <see cref> names, seen from module `here` (-1 when unknown):
 // "Module.Member", a member of this module, or a module.
 function fsReferencePage(ref, here) {
   var dot = ref.lastIndexOf(".");
-  var found = null;
+  var found = "";
   if (dot > 0) {
     var owner = ref.substring(0, dot);
     var m = fsModuleByName["~" + owner.substring(owner.lastIndexOf(".") + 1).toLowerCase()];
-    if (m != null) found = fsMemberEntry(m, ref.substring(dot + 1));
-    if (found == null) ref = ref.substring(dot + 1);
+    if (m != null) found = fsMemberPageOf(m, ref.substring(dot + 1));
+    if (!found) ref = ref.substring(dot + 1);
   }
-  if (found == null && here >= 0) found = fsMemberEntry(here, ref);
-  if (found == null) {
+  if (!found && here >= 0) found = fsMemberPageOf(here, ref);
+  if (!found) {
     var module = fsModuleByName["~" + ref.toLowerCase()];
-    if (module != null) found = fsPages["~" + fsModulePage(FolioscopeNames.m[module][0])];
+    if (module != null) found = fsModulePage(FolioscopeNames.m[module][0]);
   }
-  return found == null ? "" : fsEntries[found].page;
+  return found;
 }
 
 // Every <see cref="..."/> of the doc comments becomes a link, or code when
@@ -456,11 +497,7 @@ function fsLinkReferences(indexed) {
   var found = document.getElementsByTagName("see");
   var sees = [];
   for (var i = 0; i < found.length; i++) sees.push(found[i]);
-  var here = -1;
-  if (indexed) {
-    var own = fsPages["~" + fsOwnPage()];
-    if (own != null) here = fsEntries[own].module;
-  }
+  var here = indexed && sees.length ? fsModuleOfPage(fsOwnPage()) : -1;
   for (var j = 0; j < sees.length; j++) {
     var see = sees[j];
     var parent = see.parentNode;
@@ -534,7 +571,7 @@ function fsContentStart() {
     return;
   }
   fsLoadScript(fsIndexName + ".js", function () {
-    var indexed = fsBuildEntries();
+    var indexed = fsBuildModules();
     if (indexed) fsLinkTypes();
     fsLinkReferences(indexed);
   });
