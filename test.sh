@@ -9,14 +9,17 @@ scripts/install-deps.sh
 jobs=$(nproc)
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Release
 cmake --build build -j "$jobs"
-# The Windows COM server, 32- and 64-bit: the Wine tests of the ctest run
-# below load it (and skip, saying so, when neither DLL is there).
+# The Windows COM server, 32- and 64-bit, and its Windows Installer
+# packages: the Wine tests of the ctest run below load both DLLs (the i686
+# one under 32-bit Wine) and install both packages.
 for preset in mingw-i686 mingw-x86_64; do
   cmake --preset "$preset"
   cmake --build --preset "$preset" -j "$jobs"
+  cmake --build --preset "$preset" --target msi
 done
 ctest --test-dir build -j "$jobs" --output-on-failure
 # The COM server's own test programs, Windows programs run under Wine.
+ctest --test-dir build/mingw-i686 --output-on-failure
 ctest --test-dir build/mingw-x86_64 --output-on-failure
 cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DFOLIOSCOPE_SANITIZE=ON
 cmake --build build-asan -j "$jobs"

@@ -1,19 +1,32 @@
 // folioscope: documentation reports for Visual Basic 6 projects.
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/arguments.h"
+#include "cli/completion.h"
 #include "cli/host.h"
 #include "infra/text_encoding.h"
+
+namespace {
+
+// "folioscope 1.1.0", from the project version the build passes in.
+std::string VersionText() {
+  return "folioscope " + std::to_string(FOLIOSCOPE_VERSION_MAJOR) + "." +
+         std::to_string(FOLIOSCOPE_VERSION_MINOR) + "." +
+         std::to_string(FOLIOSCOPE_VERSION_REVISION);
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   folioscope::Host host;
   CLI::App app{"Folioscope: HTML and CHM documentation from the '/// comments of VB6 projects",
                "folioscope"};
-  app.set_version_flag("--version", "folioscope 1.0.0");
+  app.set_version_flag("--version", VersionText());
   app.require_subcommand(1);
   app.fallthrough();
   auto& o = host.options;
@@ -25,6 +38,15 @@ int main(int argc, char** argv) {
   app.add_flag("--quiet", o.quiet, "Print failures only");
   app.add_flag("--no-progress", o.no_progress, "Draw no progress bar");
   for (auto setup : folioscope::CommandRegistration::All()) setup(app, host);
+  // Hidden: the build writes the installed bash completion with it.
+  app.add_flag_callback(
+         "--bash-completion",
+         [&app] {
+           std::cout << folioscope::BashCompletionScript(app);
+           throw CLI::Success();
+         },
+         "Print the bash completion script")
+      ->group("");
   std::vector<std::string> arguments;
   std::string error;
   if (!folioscope::ArgumentsInCp1252(argc, argv, &arguments, &error)) {

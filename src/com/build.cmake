@@ -81,14 +81,24 @@ target_link_libraries(com_server_test PRIVATE folioscope_component ole32 oleaut3
                                               shell32 user32)
 target_link_options(com_server_test PRIVATE -static -static-libgcc -static-libstdc++)
 add_dependencies(com_server_test VBFolioscope)
-find_program(FOLIOSCOPE_WINE wine)
-if(FOLIOSCOPE_WINE AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+# The Wine that runs this build's Windows programs: 64-bit Wine for the
+# x86_64 build, 32-bit Wine (cmake/wine32.cmake) for the i686 build.
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  find_program(FOLIOSCOPE_WINE wine)
+  set(FS_WINE_ENVIRONMENT "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEDEBUG=-all")
+else()
+  include(${CMAKE_SOURCE_DIR}/cmake/wine32.cmake)
+  set(FOLIOSCOPE_WINE ${FOLIOSCOPE_WINE32})
+  set(FS_WINE_ENVIRONMENT
+      "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEARCH=win32;WINEDEBUG=-all;DISPLAY=")
+endif()
+if(FOLIOSCOPE_WINE)
   enable_testing()
   add_test(NAME com_server_test COMMAND ${FOLIOSCOPE_WINE} $<TARGET_FILE:com_server_test>
                                         $<TARGET_FILE:VBFolioscope>)
-  set_tests_properties(com_server_test PROPERTIES
-                       ENVIRONMENT "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEDEBUG=-all"
-                       TIMEOUT 300)
+  set_tests_properties(com_server_test PROPERTIES ENVIRONMENT "${FS_WINE_ENVIRONMENT}"
+                                                  TIMEOUT 300 RESOURCE_LOCK wine_prefix)
 endif()
 include(${FS_COM_DIR}/com_model_tests.cmake)
 include(${FS_COM_DIR}/report_classes_tests.cmake)
+include(${CMAKE_SOURCE_DIR}/cmake/msi.cmake)

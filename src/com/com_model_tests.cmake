@@ -1,10 +1,9 @@
 # Tests of the source-model bridge (com_model_test.cc): a Windows program,
 # GoogleTest built here from Debian's googletest sources, run under Wine by
-# `ctest --test-dir build/mingw-x86_64`. Only the 64-bit build makes it: the
-# machines that build the DLLs run a 64-bit Wine.
+# `ctest --test-dir build/mingw-<arch>` (the Wine of build.cmake).
 find_path(FOLIOSCOPE_GTEST_SOURCE googletest/CMakeLists.txt PATHS /usr/src/googletest
           NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
-if(FOLIOSCOPE_GTEST_SOURCE AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+if(FOLIOSCOPE_GTEST_SOURCE)
   set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
   set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
   add_subdirectory(${FOLIOSCOPE_GTEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
@@ -15,12 +14,10 @@ if(FOLIOSCOPE_GTEST_SOURCE AND CMAKE_SIZEOF_VOID_P EQUAL 8)
   target_link_libraries(com_model_tests PRIVATE gtest fs_model fs_base ole32 oleaut32 uuid)
   target_link_options(com_model_tests PRIVATE -static -static-libgcc -static-libstdc++)
 
-  find_program(FOLIOSCOPE_WINE wine)
   if(FOLIOSCOPE_WINE)
     enable_testing()
     add_test(NAME com_model_tests COMMAND ${FOLIOSCOPE_WINE} $<TARGET_FILE:com_model_tests>)
-    set_tests_properties(com_model_tests PROPERTIES
-                         ENVIRONMENT "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEDEBUG=-all"
-                         TIMEOUT 300)
+    set_tests_properties(com_model_tests PROPERTIES ENVIRONMENT "${FS_WINE_ENVIRONMENT}"
+                                                    TIMEOUT 300 RESOURCE_LOCK wine_prefix)
   endif()
 endif()

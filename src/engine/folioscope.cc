@@ -10,6 +10,7 @@
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "pages/search_index.h"
 
 namespace folioscope {
 

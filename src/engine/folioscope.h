@@ -39,6 +39,8 @@ enum class SaveMode : int32_t {
   kOneMember = 2,
 };
 
+class SearchIndex;
+
 class CFolioscope {
  public:
   CFolioscope();
@@ -102,6 +104,10 @@ class CFolioscope {
 
   // engine/web_report.cc
   int32_t WriteFileRessources();
+  // The search index of a whole-project save, when the report set asks for
+  // one: collected while the pages are built, written after them.
+  bool WantsSearchIndex();
+  int32_t WriteSearchIndex();
 
   // pages/
   int32_t WriteProjekt(int32_t SaveMode);
@@ -159,6 +165,9 @@ class CFolioscope {
   std::set<std::string> written_files_;
   // Writes the module and member pages of a whole-project save.
   std::unique_ptr<PageWriter> page_writer_;
+  // Collects modules and members for the search index; set only while a
+  // whole-project web report is saved with a report set that asks for it.
+  std::unique_ptr<SearchIndex> search_index_;
 };
 
 }  // namespace folioscope

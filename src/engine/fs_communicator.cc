@@ -1,6 +1,7 @@
 #include "engine/fs_communicator.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace folioscope {
 
@@ -55,6 +56,11 @@ CFSCommunicator* ProgressChannel() { return t_channel.get(); }
 void SetProgressChannel(std::shared_ptr<CFSCommunicator> communicator) {
   t_channel = std::move(communicator);
 }
+
+ScopedProgressChannel::ScopedProgressChannel(std::shared_ptr<CFSCommunicator> communicator)
+    : previous_(std::exchange(t_channel, std::move(communicator))) {}
+
+ScopedProgressChannel::~ScopedProgressChannel() { t_channel = std::move(previous_); }
 
 void AddLog(const std::string& desc, int32_t icon_index) {
   if (auto* c = ProgressChannel()) c->AddLog(desc, icon_index);

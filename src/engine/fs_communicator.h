@@ -57,6 +57,20 @@ class CFSDataLogger {
 CFSCommunicator* ProgressChannel();
 void SetProgressChannel(std::shared_ptr<CFSCommunicator> communicator);
 
+// Makes `communicator` the calling thread's channel for the scope's
+// lifetime and then restores the channel before it: a command that reads
+// members only to measure them keeps the readers' messages to itself.
+class ScopedProgressChannel {
+ public:
+  explicit ScopedProgressChannel(std::shared_ptr<CFSCommunicator> communicator);
+  ~ScopedProgressChannel();
+  ScopedProgressChannel(const ScopedProgressChannel&) = delete;
+  ScopedProgressChannel& operator=(const ScopedProgressChannel&) = delete;
+
+ private:
+  std::shared_ptr<CFSCommunicator> previous_;
+};
+
 // Senders used throughout the component; each drops its message when no
 // channel is registered.
 void AddLog(const std::string& desc, int32_t icon_index);

@@ -16,6 +16,7 @@
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "pages/search_index.h"
 
 namespace folioscope {
 
@@ -66,6 +67,14 @@ std::string RefusedResourceMessage(const std::string& name, const std::string& f
          " heraus.";
 }
 
+// The search index is written like a page: a name that would leave the
+// output folder is refused with this line.
+std::string RefusedIndexMessage(const std::string& name, const std::string& folder) {
+  return "Der Suchindex '" + PrintableName(name) +
+         "' des Report-Sets wird nicht geschrieben: " + "der Name f\xFChrt aus dem Ordner " +
+         folder + " heraus.";
+}
+
 }  // namespace
 
 int32_t CFolioscope::SaveReport(int32_t SaveMode) {
@@ -91,7 +100,9 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
       WriteIndex();
       WriteComponentMenu();
       page_writer_ = std::make_unique<PageWriter>();
+      if (WantsSearchIndex()) search_index_ = std::make_unique<SearchIndex>();
       WriteProjekt(SaveMode);
+      WriteSearchIndex();
     } else if (SaveMode == kSaveOneModule) {
       SourceModule& module = Projekt->Modules.Item(ModuleName);
       WriteModulContentSite(module, SaveMode, 0);
@@ -102,6 +113,7 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
     }
   });
   FinishPageWriter();
+  search_index_.reset();
   if (prefix_cleared) report_set_path_ = preview_prefix;
   save_mode_ = -1;
   return 0;
@@ -172,6 +184,29 @@ int32_t CFolioscope::WriteFileRessources() {
     if (!source.empty()) hint = "Quelldatei = " + source + kCrLf + "Zieldatei = " + target;
     CErrorHandler::Instance().Report(AsRuntimeError(e), "WriteFileRessources", 0, hint, kClass);
   }
+  return 0;
+}
+
+bool CFolioscope::WantsSearchIndex() {
+  // Exists, not Item: reading an absent key would add it to the set's values.
+  return !chm_mode_ && resources_ != nullptr &&
+         resources_->PlaceHolder().Exists(vb::DictKey::String(SearchIndex::kPlaceholderKey));
+}
+
+int32_t CFolioscope::WriteSearchIndex() {
+  Trap(kClass, "WriteSearchIndex", [&] {
+    if (search_index_ == nullptr) return;
+    CRessource& res = RequireResources(resources_);
+    const std::string stem = vb::Trim(res.PlaceHolder().Item(SearchIndex::kPlaceholderKey));
+    const std::optional<std::string> names = ResolveInside(PlainPath, stem + ".js");
+    const std::optional<std::string> texts = ResolveInside(PlainPath, stem + "-text.js");
+    if (stem.empty() || !names || !texts) {
+      AddLog(RefusedIndexMessage(stem, PlainPath), kIconFailure);
+      return;
+    }
+    WriteTextFile(*names, search_index_->NamesScript(), false);
+    WriteTextFile(*texts, search_index_->TextsScript(), false);
+  });
   return 0;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <new>
+#include <utility>
 
 #include "infra/file_system.h"
 #include "infra/os_path.h"
@@ -95,9 +96,18 @@ void CErrorHandler::AppendToLog() {
   if (AppendBytes(fallback, entry)) log_path_ = fallback;
 }
 
+CErrorHandler::FaultDiversion CErrorHandler::DivertFaults(FaultDiversion diversion) {
+  std::swap(diversion, diversion_);
+  return diversion;
+}
+
 int32_t CErrorHandler::Report(const vb::RuntimeError& error, const std::string& procedure,
                               int32_t line, const std::string& hint, const std::string& module) {
   try {
+    if (diversion_) {
+      diversion_(error, procedure, module);
+      return kChoiceIgnore;
+    }
     Platform& p = CurrentPlatform();
     EnsureApplicationFields();
     ++report_count_;

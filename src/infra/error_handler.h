@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <string>
 
 #include "infra/vb_runtime.h"
@@ -42,6 +43,14 @@ class CErrorHandler {
   // Number of faults reported since start (the host's exit status uses it).
   int64_t ReportCount() const { return report_count_; }
 
+  // A command that runs the component only to measure what it reads (and
+  // writes no report) takes the faults itself: while a diversion is set,
+  // Report() hands each fault to it and returns kChoiceIgnore; the fault is
+  // not counted, logged or shown. Returns the diversion set before.
+  using FaultDiversion = std::function<void(
+      const vb::RuntimeError& error, const std::string& procedure, const std::string& module)>;
+  FaultDiversion DivertFaults(FaultDiversion diversion);
+
   // The record, as readable properties.
   const std::string& Beschreibung() const { return beschreibung_; }
   const std::string& FehlerNummer() const { return fehler_nummer_; }
@@ -71,6 +80,7 @@ class CErrorHandler {
   std::string report_text_;
   std::string log_path_;
   int64_t report_count_ = 0;
+  FaultDiversion diversion_;
 };
 
 // Converts any exception escaping an operation into a VB run-time error:

@@ -13,10 +13,12 @@
 #include "engine/folioscope.h"
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
+#include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 #include "model/module_kinds.h"
 #include "pages/page_file_guard.h"
+#include "pages/search_index.h"
 #include "pages/template_fill.h"
 
 namespace folioscope {
@@ -67,9 +69,10 @@ std::string LabelledFact(CRessource& res, const char* key, bool on, const std::s
 }
 
 // The filled head; `foot` receives the foot template with the report-set
-// values already in place.
+// values already in place. The module goes into `index` when there is one.
 std::string BuildHead(CRessource& res, SourceProject& project, SourceModule& module,
-                      const ModuleSwitches& sw, const std::string& file_prefix, std::string& foot) {
+                      const ModuleSwitches& sw, const std::string& file_prefix, std::string& foot,
+                      SearchIndex* index) {
   CSummary summary;
   const SourceComponent& component = project.Components.Item(module.Name);
   const char* kind_key = KindTextKey(component.Kind);
@@ -103,6 +106,7 @@ std::string BuildHead(CRessource& res, SourceProject& project, SourceModule& mod
 
   summary.GetSummary(module.Members.Item(1));
   vb::ReplaceAll(head, "&&&FS_ModulInhaltOben_ModuleSummary&&&", summary.SumaryContent());
+  if (index != nullptr) index->AddModule(module.Name, component.Kind, summary.SumaryContent());
   return head;
 }
 
@@ -152,8 +156,9 @@ std::string CFolioscope::GetModulContentSite(const std::string& ModulName) {
                             ShowHelpContextID,  ShowVBInternDescription, ToolBarPublicValue,
                             ToolBarFriendValue, ToolBarPrivateValue};
     std::string foot;
-    std::string page = BuildHead(res, project, module, sw,
-                                 ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_), foot);
+    std::string page =
+        BuildHead(res, project, module, sw,
+                  ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_), foot, nullptr);
     ForEachListedMember(module, sw,
                         [&](int32_t i) { page += GetMemberForModuleContent(i, ModulName, false); });
     result = page + FinishFoot(res, module, foot);
@@ -186,7 +191,7 @@ int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t save_mo
                             ShowHelpContextID,  ShowVBInternDescription, ToolBarPublicValue,
                             ToolBarFriendValue, ToolBarPrivateValue};
     std::string foot;
-    std::string page = BuildHead(res, project, Module, sw, "", foot);
+    std::string page = BuildHead(res, project, Module, sw, "", foot, search_index_.get());
     ForEachListedMember(Module, sw, [&](int32_t i) {
       SourceMember& member = Module.Members.Item(i);
       std::string line = GetMemberForModuleContent(i, Module.Name, true);
@@ -225,6 +230,11 @@ std::string CFolioscope::GetMemberForModuleContent(int32_t MemberIndex,
     vb::ReplaceAll(text, "&&&FS_ModulInhaltMitte_MemberSummary&&&", summary.SumaryContent());
     vb::ReplaceAll(text, "&&&FS_ModulInhaltMitte_Einfuegung&&&",
                    summary.SumaryContent().empty() ? "" : "<br><br>");
+    // A line with a link is one whose member page this save writes.
+    if (Link && search_index_ != nullptr &&
+        IsSafeFileName(MemberPageFileName(ModulName, member.Name))) {
+      search_index_->AddMember(member.Name, member.Kind, summary.SumaryContent());
+    }
     line = text;
   });
   return line;

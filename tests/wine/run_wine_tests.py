@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """Runs the VBFolioscope COM server under Wine.
 
-One Wine prefix serves a whole ctest run; the steps are separate commands so
-that each check is its own CTest test:
+Every step runs for one architecture (--arch): the i686 DLL under 32-bit
+Wine in a 32-bit prefix (--wine names that Wine), the x86_64 DLL under 64-bit
+Wine. One Wine prefix per architecture serves a whole ctest run; the steps
+are separate commands so that each check is its own CTest test:
 
   setup    makes (or reuses) the prefix, lays out an application folder with
            the DLL, Res/ and sfn.dat, imports the report settings into the Wine
@@ -14,12 +16,16 @@ that each check is its own CTest test:
            connection points);
   readme   runs the VBScript example of README.md;
   cleanup  unregisters the DLL and checks that its classes are gone, then
-           registers it for the current user only and unregisters again.
+           registers it for the current user only and unregisters again;
+  msi      installs the Windows Installer package in a fresh prefix, writes
+           the sample report through it and uninstalls it again.
 
-Exit status 77 means "skipped" (no Wine, or no cross-built DLL).
+Exit status 77 means "skipped": no cross-built DLL, or no 64-bit Wine. A
+missing 32-bit Wine is a failure: the i686 DLL is the one the IDE loads.
 """
 
 import argparse
+import filecmp
 import json
 import os
 import re
@@ -29,6 +35,10 @@ import sys
 import tempfile
 import time
 import unicodedata
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..",
+                                "packaging"))
+import make_msi  # noqa: E402  (the registry reader of the package build)
 
 SKIP = 77
 DONE_MARKER = "wine-test-done"
@@ -78,10 +88,11 @@ def windows_path(path):
 class Wine:
     """The Wine commands of one prefix and one architecture."""
 
-    def __init__(self, work, arch):
+    def __init__(self, work, arch, command, prefix=None):
         self.work = work
         self.arch = arch
-        self.prefix = os.path.join(work, "prefix")
+        self.command = command
+        self.prefix = prefix or os.path.join(work, "prefix")
         self.env = dict(os.environ)
         self.env.pop("DISPLAY", None)
         self.env.pop("WAYLAND_DISPLAY", None)
@@ -91,12 +102,15 @@ class Wine:
             "WINEDEBUG": "-all,fixme+wscript,fixme+vbscript,err+vbscript",
             # No Mono or Gecko installer prompts.
             "WINEDLLOVERRIDES": "mscoree,mshtml=",
+            # The i686 DLL runs in a 32-bit prefix, where the 32-bit
+            # programs live in system32 as on 32-bit Windows.
+            "WINEARCH": "win32" if arch == "i686" else "win64",
         })
         self.env.setdefault("LANG", "C.UTF-8")
-        # 32-bit programs of a 64-bit prefix live in syswow64.
-        system = "C:\\windows\\syswow64\\" if arch == "i686" else "C:\\windows\\system32\\"
+        system = "C:\\windows\\system32\\"
         self.regsvr32 = system + "regsvr32.exe"
         self.cscript = system + "cscript.exe"
+        self.msiexec = system + "msiexec.exe"
 
     def run(self, args, timeout=300, dialog_log=None):
         """Runs a Windows program; with `dialog_log`, the component writes its
@@ -109,7 +123,7 @@ class Wine:
         # only reach its end when they exit, a minute later.
         with tempfile.TemporaryFile() as out_file, tempfile.TemporaryFile() as err_file:
             started = time.monotonic()
-            proc = subprocess.run(["wine"] + args, env=env, timeout=timeout,
+            proc = subprocess.run([self.command] + args, env=env, timeout=timeout,
                                   stdin=subprocess.DEVNULL, stdout=out_file, stderr=err_file)
             elapsed = time.monotonic() - started
             out_file.seek(0)
@@ -134,28 +148,23 @@ class Wine:
         self.server("-k")
 
 
-def wine32_installed():
-    return any(os.path.exists(p) for p in ("/usr/lib/wine/wine", "/usr/lib/i386-linux-gnu/wine"))
+def dll_folder(args):
+    """The build folder of this architecture's DLL. FOLIOSCOPE_WINE_DLL_DIR
+    names another build folder of the x86_64 DLL."""
+    if args.arch == "x86_64" and os.environ.get("FOLIOSCOPE_WINE_DLL_DIR"):
+        return os.environ["FOLIOSCOPE_WINE_DLL_DIR"]
+    return os.path.join(args.source_dir, "build", "mingw-" + args.arch)
 
 
-def choose_dll(source_dir):
-    """(arch, build folder, sentence for the log) or (None, None, reason).
-    FOLIOSCOPE_WINE_DLL_DIR names another build folder of the x86_64 DLL."""
-    builds = {arch: os.path.join(source_dir, "build", "mingw-" + arch)
-              for arch in ("i686", "x86_64")}
-    if os.environ.get("FOLIOSCOPE_WINE_DLL_DIR"):
-        builds = {"i686": "", "x86_64": os.environ["FOLIOSCOPE_WINE_DLL_DIR"]}
-    have = {arch: os.path.isfile(os.path.join(folder, "VBFolioscope.dll"))
-            for arch, folder in builds.items()}
-    if wine32_installed() and have["i686"]:
-        return "i686", builds["i686"], "32-bit Wine with the i686 DLL (the build IDE add-ins load)"
-    if have["x86_64"]:
-        why = ("32-bit Wine is not installed" if not wine32_installed()
-               else "the i686 DLL is not built")
-        return "x86_64", builds["x86_64"], f"64-bit Wine with the x86_64 DLL ({why})"
-    return None, None, ("no VBFolioscope.dll in build/mingw-i686 or build/mingw-x86_64: "
-                        "build them with cmake --preset mingw-x86_64 && "
-                        "cmake --build --preset mingw-x86_64")
+def missing_wine(args):
+    """None, or why this architecture's Wine cannot run (with the exit status)."""
+    if args.arch == "i686":
+        if not os.access(args.wine, os.X_OK):
+            return 1, (f"32-bit Wine is missing ({args.wine}): scripts/install-deps.sh "
+                       "makes it (scripts/wine32-root.sh)")
+    elif shutil.which(args.wine) is None:
+        return SKIP, "wine is not installed"
+    return None
 
 
 def state_file(work):
@@ -242,16 +251,18 @@ def setup(args):
     os.makedirs(work, exist_ok=True)
     if os.path.exists(state_file(work)):
         os.remove(state_file(work))
-    if shutil.which("wine") is None:
-        log("Wine tests skipped: wine is not installed")
+    missing = missing_wine(args)
+    if missing:
+        log(("Wine tests skipped: " if missing[0] == SKIP else "FAIL: ") + missing[1])
+        return missing[0]
+    arch, dll_build = args.arch, dll_folder(args)
+    if not os.path.isfile(os.path.join(dll_build, "VBFolioscope.dll")):
+        log(f"Wine tests skipped: no VBFolioscope.dll in {dll_build}: build it with "
+            f"cmake --preset mingw-{arch} && cmake --build --preset mingw-{arch}")
         return SKIP
-    arch, dll_build, sentence = choose_dll(args.source_dir)
-    if arch is None:
-        log("Wine tests skipped: " + sentence)
-        return SKIP
-    log("Wine tests: " + sentence)
+    log(f"Wine tests: the {arch} DLL under {args.wine}")
     started = time.monotonic()
-    wine = Wine(work, arch)
+    wine = Wine(work, arch, args.wine)
     make_prefix(wine)
     wine.keep_server()
     log(f"Wine prefix ready: {time.monotonic() - started:.1f} s")
@@ -316,9 +327,10 @@ def setup(args):
     shutil.rmtree(outputs, ignore_errors=True)
     os.makedirs(outputs)
     with open(state_file(work), "w") as f:
-        json.dump({"arch": arch, "app": app, "linux_app": linux_app, "reference": reference,
-                   "pages": pages, "outputs": outputs, "project": args.project,
-                   "umlaut_project": umlaut_project, "umlaut_reference": umlaut_reference}, f)
+        json.dump({"arch": arch, "app": app, "settings": import_file, "linux_app": linux_app,
+                   "reference": reference, "pages": pages, "outputs": outputs,
+                   "project": args.project, "umlaut_project": umlaut_project,
+                   "umlaut_reference": umlaut_reference}, f)
     log(f"Wine setup: {time.monotonic() - started:.1f} s")
     return 0
 
@@ -398,7 +410,7 @@ def run_vbs(args):
     state = checked_state(args.work)
     if state is None:
         return SKIP
-    wine = Wine(args.work, state["arch"])
+    wine = Wine(args.work, state["arch"], args.wine)
     name = os.path.splitext(os.path.basename(args.script))[0]
     # Wine's VBScript has no ExecuteGlobal, so the shared helpers are put in
     # front of the test script.
@@ -443,26 +455,33 @@ def run_vbs(args):
     return finish(name, faults, elapsed)
 
 
+def readme_script(args):
+    """The README's VBScript example as a file (None when there is none)."""
+    with open(os.path.join(args.source_dir, "README.md"), encoding="utf-8") as f:
+        text = f.read()
+    start = text.find("```vbscript\n")
+    if start < 0:
+        return None
+    start += len("```vbscript\n")
+    path = os.path.join(args.work, "scripts", "readme_document.vbs")
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "w", encoding="cp1252", newline="\r\n") as f:
+        f.write(text[start:text.index("```", start)])
+    return path
+
+
 def run_readme(args):
     """The README's VBScript example, run as a user would run it."""
     state = checked_state(args.work)
     if state is None:
         return SKIP
-    with open(os.path.join(args.source_dir, "README.md"), encoding="utf-8") as f:
-        text = f.read()
-    start = text.find("```vbscript\n")
-    if start < 0:
+    path = readme_script(args)
+    if path is None:
         return finish("readme", ["no vbscript example in README.md"], 0)
-    start += len("```vbscript\n")
-    script = text[start:text.index("```", start)]
-    path = os.path.join(args.work, "scripts", "readme_document.vbs")
-    os.makedirs(os.path.dirname(path), exist_ok=True)
-    with open(path, "w", encoding="cp1252", newline="\r\n") as f:
-        f.write(script)
     output_dir = os.path.join(state["outputs"], "readme")
     shutil.rmtree(output_dir, ignore_errors=True)
     os.makedirs(output_dir)
-    wine = Wine(args.work, state["arch"])
+    wine = Wine(args.work, state["arch"], args.wine)
     rc, out, err, elapsed = wine.run([wine.cscript, "//nologo", windows_path(path),
                                       windows_path(state["project"]), windows_path(output_dir)],
                                      timeout=args.timeout)
@@ -482,7 +501,7 @@ def run_events(args):
     if not client or not os.path.isfile(client):
         log(f"skipped: no event client for {state['arch']} ({client})")
         return SKIP
-    wine = Wine(args.work, state["arch"])
+    wine = Wine(args.work, state["arch"], args.wine)
     output_dir = os.path.join(state["outputs"], "events")
     shutil.rmtree(output_dir, ignore_errors=True)
     os.makedirs(output_dir)
@@ -523,7 +542,7 @@ def cleanup(args):
     state = checked_state(args.work)
     if state is None:
         return SKIP
-    wine = Wine(args.work, state["arch"])
+    wine = Wine(args.work, state["arch"], args.wine)
     started = time.monotonic()
     dll = windows_path(os.path.join(state["app"], "VBFolioscope.dll"))
     faults = []
@@ -558,6 +577,177 @@ def cleanup(args):
     return finish("unregister", faults, time.monotonic() - started)
 
 
+CREATE_OBJECT_VBS = """On Error Resume Next
+Set report = CreateObject("VBFolioscope.CFolioscope")
+WScript.Echo "CreateObject: " & Err.Number
+"""
+
+
+def registry_of(wine):
+    """The prefix's machine registry, once the server has written it."""
+    wine.server("-w")
+    return make_msi.read_registry(os.path.join(wine.prefix, "system.reg"))
+
+
+def comparable(rows):
+    # [INSTALLDIR] ends in a backslash, the folder DllRegisterServer writes
+    # as the type library's help folder does not.
+    return {key: {n: t.rstrip("\\") for n, t in values.items()} for key, values in rows.items()}
+
+
+def run_msi(args):
+    """The package in a fresh prefix: installed, used, replaced by a newer
+    release, and uninstalled."""
+    state = checked_state(args.work)
+    if state is None:
+        return SKIP
+    if not os.path.isfile(args.msi):
+        log(f"skipped: no {args.msi} (cmake --build --preset mingw-{args.arch} --target msi)")
+        return SKIP
+    started = time.monotonic()
+    wine = Wine(args.work, state["arch"], args.wine, os.path.join(args.work, "msi-prefix"))
+    shutil.rmtree(wine.prefix, ignore_errors=True)
+    args.installed = os.path.join(wine.prefix, "drive_c", "Program Files", "Folioscope")
+    faults = msi_install_and_use(wine, state, args)
+    if not faults:
+        faults += msi_upgrade(wine, state, args)
+    faults += msi_uninstall(wine, state, args)
+    wine.stop_server()
+    shutil.rmtree(wine.prefix, ignore_errors=True)
+    return finish("msi", faults, time.monotonic() - started)
+
+
+def msi_install_and_use(wine, state, args):
+    wine.run(["wineboot", "--init"], timeout=600)
+    wine.run(["reg", "import", windows_path(state["settings"])])
+    before = registry_of(wine)
+    rc, out, err, _ = wine.run([wine.msiexec, "/i", windows_path(args.msi), "/qn"])
+    if rc != 0:
+        return [f"msiexec /i: exit status {rc}\n{out}{err}"]
+    args.installed_rows = make_msi.added_classes_keys(before, registry_of(wine))
+    faults = installed_differences(state["app"], args.installed)
+    output_dir = os.path.join(state["outputs"], "msi")
+    shutil.rmtree(output_dir, ignore_errors=True)
+    os.makedirs(output_dir)
+    rc, out, err, _ = wine.run([wine.cscript, "//nologo", windows_path(readme_script(args)),
+                                windows_path(state["project"]), windows_path(output_dir)])
+    sys.stdout.write(out)
+    if "Report: " not in out or rc != 0:
+        faults.append(f"the README example did not finish (exit status {rc})\n{err[-2000:]}")
+    faults += report_differences(state["reference"], os.path.join(output_dir, "Kontor"))
+    return faults
+
+
+def msi_property(msi, name):
+    table = subprocess.run(["msiinfo", "export", msi, "Property"], capture_output=True,
+                           text=True, check=True).stdout
+    return dict(line.split("\t", 1) for line in table.splitlines() if "\t" in line)[name]
+
+
+def products(wine):
+    """The product codes Windows lists as installed programs."""
+    key = "software\\microsoft\\windows\\currentversion\\uninstall\\"
+    return {k[len(key):].upper() for k in registry_of(wine)
+            if k.lower().startswith(key) and "\\" not in k[len(key):]}
+
+
+def msi_upgrade(wine, state, args):
+    """A package of the next version, made from the same DLL the way the
+    build makes its package, replaces the installed one."""
+    version = msi_property(args.msi, "ProductVersion").split(".")
+    version[-1] = str(int(version[-1]) + 1)
+    newer = os.path.join(args.work, "msi-newer", "Folioscope-newer.msi")
+    subprocess.run([sys.executable, "-B", make_msi.__file__, "--arch",
+                    "x86" if args.arch == "i686" else "x64", "--version", ".".join(version),
+                    "--app-dir", state["app"], "--wine", args.wine, "--work",
+                    os.path.dirname(newer), "--output", newer], check=True,
+                   stdout=subprocess.DEVNULL)
+    old_code = msi_property(args.msi, "ProductCode")
+    new_code = msi_property(newer, "ProductCode")
+    rc, out, err, _ = wine.run([wine.msiexec, "/i", windows_path(newer), "/qn"])
+    faults = [] if rc == 0 else [f"msiexec /i of the newer package: exit status {rc}\n{out}{err}"]
+    installed = products(wine)
+    if old_code in installed or new_code not in installed:
+        faults.append(f"after the upgrade Windows lists {sorted(installed)}, expected only "
+                      f"{new_code} (not {old_code})")
+    faults += installed_differences(state["app"], args.installed)
+    _, out, _, _ = wine.run([wine.cscript, "//nologo", windows_path(create_object_script(args))])
+    if "CreateObject: 0" not in out:
+        faults.append("CreateObject fails after the upgrade: " + out.strip())
+    args.msi = newer  # the package to uninstall
+    return faults
+
+
+def create_object_script(args):
+    script = os.path.join(args.work, "scripts", "create_object.vbs")
+    with open(script, "w", newline="\r\n") as f:
+        f.write(CREATE_OBJECT_VBS)
+    return script
+
+
+def installed_differences(app, installed):
+    """The installed files against the application folder's DLL, sfn.dat
+    and Res\\ (the tests write more into that folder)."""
+    faults = []
+    for folder, _, names in os.walk(app):
+        for name in names:
+            relative = os.path.relpath(os.path.join(folder, name), app)
+            if relative not in ("VBFolioscope.dll", "sfn.dat") and \
+                    not relative.startswith("Res" + os.sep):
+                continue
+            target = os.path.join(installed, relative)
+            if not os.path.isfile(target):
+                faults.append("not installed: " + relative)
+            elif not filecmp.cmp(os.path.join(folder, name), target, shallow=False):
+                faults.append("installed file differs: " + relative)
+    return faults
+
+
+def msi_uninstall(wine, state, args):
+    """Uninstalls; then registers the same DLL at the same place with
+    regsvr32 and compares its keys with the package's rows."""
+    if not getattr(args, "installed_rows", None):
+        return []
+    rc, out, err, _ = wine.run([wine.msiexec, "/x", windows_path(args.msi), "/qn"])
+    faults = [] if rc == 0 else [f"msiexec /x: exit status {rc}\n{out}{err}"]
+    after = registry_of(wine)
+    left = sorted(k for k in args.installed_rows if k in after)
+    if left:
+        faults.append(f"{len(left)} keys stay after msiexec /x, first {left[0]}")
+    files = [os.path.relpath(os.path.join(d, n), args.installed)
+             for d, _, names in os.walk(args.installed) for n in names]
+    if files:
+        faults.append(f"files stay after msiexec /x: {files[:5]}")
+    _, out, _, _ = wine.run([wine.cscript, "//nologo", windows_path(create_object_script(args))])
+    if "CreateObject: 0" in out or "CreateObject: " not in out:
+        faults.append("CreateObject still works after msiexec /x: " + out.strip())
+    os.makedirs(args.installed, exist_ok=True)
+    dll = os.path.join(args.installed, "VBFolioscope.dll")
+    shutil.copy2(os.path.join(state["app"], "VBFolioscope.dll"), dll)
+    wine.run([wine.regsvr32, "/s", windows_path_in_prefix(wine, dll)])
+    registered = make_msi.added_classes_keys(after, registry_of(wine))
+    if comparable(registered) != comparable(args.installed_rows):
+        only = sorted(set(registered) ^ set(args.installed_rows))
+        faults.append(f"the package's rows differ from what regsvr32 writes: {len(registered)} "
+                      f"/ {len(args.installed_rows)} keys; first keys in one only: {only[:3]}; "
+                      + first_row_difference(registered, args.installed_rows))
+    wine.run([wine.regsvr32, "/u", "/s", windows_path_in_prefix(wine, dll)])
+    return faults
+
+
+def first_row_difference(registered, installed):
+    for key in sorted(set(registered) & set(installed)):
+        if comparable({key: registered[key]}) != comparable({key: installed[key]}):
+            return f"{key}: regsvr32 {registered[key]} / package {installed[key]}"
+    return ""
+
+
+def windows_path_in_prefix(wine, path):
+    """C:\\... for a file below the prefix's drive_c."""
+    relative = os.path.relpath(path, os.path.join(wine.prefix, "drive_c"))
+    return "C:\\" + relative.replace("/", "\\")
+
+
 def finish(name, faults, elapsed):
     for fault in faults:
         log("FAIL: " + fault)
@@ -570,6 +760,8 @@ def main():
     parser.add_argument("--work", required=True, help="folder of the prefix and outputs")
     parser.add_argument("--source-dir", required=True)
     parser.add_argument("--timeout", type=int, default=300)
+    parser.add_argument("--arch", choices=("i686", "x86_64"), required=True)
+    parser.add_argument("--wine", required=True, help="the Wine of that architecture")
     steps = parser.add_subparsers(dest="step", required=True)
     s = steps.add_parser("setup")
     s.add_argument("--folioscope", required=True, help="the Linux host program")
@@ -592,10 +784,12 @@ def main():
     e.add_argument("--client-i686")
     steps.add_parser("readme")
     steps.add_parser("cleanup")
+    m = steps.add_parser("msi")
+    m.add_argument("msi", help="the Windows Installer package of this architecture")
     args = parser.parse_args()
-    args.work = os.path.abspath(args.work)
+    args.work = os.path.join(os.path.abspath(args.work), args.arch)
     step = {"setup": setup, "vbs": run_vbs, "events": run_events, "readme": run_readme,
-            "cleanup": cleanup}[args.step]
+            "cleanup": cleanup, "msi": run_msi}[args.step]
     return step(args)
 
 
