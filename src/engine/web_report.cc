@@ -22,13 +22,7 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kCrLf = "\r\n";
-
-// Save modes of SaveReport.
-constexpr int32_t kSaveWholeProject = 0;
-constexpr int32_t kSaveOneModule = 1;
-constexpr int32_t kSaveOneMember = 2;
 
 const char kMissingCompilerMessage[] =
     "Die Datei 'hhc.exe' konnte nicht im Anwendungsordner gefunden werden. Diese ist "
@@ -95,7 +89,8 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
     report_set_path_.clear();
     prefix_cleared = true;
     WriteFileRessources();
-    if (SaveMode == kSaveWholeProject) {
+    const auto mode = static_cast<enum SaveMode>(SaveMode);
+    if (mode == SaveMode::kWholeProject) {
       WriteLogo();
       WriteIndex();
       WriteComponentMenu();
@@ -103,10 +98,10 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
       if (WantsSearchIndex()) search_index_ = std::make_unique<SearchIndex>();
       WriteProjekt(SaveMode);
       WriteSearchIndex();
-    } else if (SaveMode == kSaveOneModule) {
+    } else if (mode == SaveMode::kOneModule) {
       SourceModule& module = Projekt->Modules.Item(ModuleName);
       WriteModulContentSite(module, SaveMode, 0);
-    } else if (SaveMode == kSaveOneMember) {
+    } else if (mode == SaveMode::kOneMember) {
       SourceModule& module = Projekt->Modules.Item(ModuleName);
       SourceMember& member = module.Members.Item(MemberName);
       WriteMemberContentSite(member, ModuleName, false);
