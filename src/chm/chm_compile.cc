@@ -31,7 +31,6 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kCrLf = "\r\n";
 constexpr int32_t kWindowHidden = 0;
 
@@ -112,9 +111,10 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     SaveReport(SaveMode);
     // Like the web report, no output folder or no project writes nothing.
     if (PlainPath.empty() || Projekt == nullptr) return;
-    CreateCHMProjektFile(SaveMode);
-    CreateCHMMapAndAlias(SaveMode);
-    CreateCHMTableOfContens(SaveMode);
+    const auto mode = static_cast<folioscope::SaveMode>(SaveMode);
+    CreateCHMProjektFile(mode);
+    CreateCHMMapAndAlias(mode);
+    CreateCHMTableOfContens(mode);
     const std::string folder = PlainPath;
     if (!HelpCompilerPresent(*file_system_)) {
       AddLog(CurrentPlatform().ApplicationFolder() + kPathSeparatorText + kMissingCompiler,
@@ -128,20 +128,7 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     }
     ReportWorks(progress_total_, "Compilieren der CHM-Datei...", false);
     AddLog("CHM-Datei wird vorbereitet und kompiliert.", kIconProgress);
-    const std::string batch = InFolder(folder, "compile.bat");
-    WriteTextFile(batch, CompileBatchText(folder), false);
-#ifdef _WIN32
-    // Quoted: the output folder may hold blanks.
-    RunAndWait("\"" + batch + "\"", kWindowHidden, true);
-#else
-    const std::string derived = InFolder(folder, kChmcmdProjectName);
-    WriteTextFile(derived,
-                  ChmcmdProjectText(folder, ReadFileText(InFolder(folder, "Project.hhp"))),
-                  false);
-    RunAndWait(ShellQuote(FindHelpCompiler()) + " " + ShellQuote(kChmcmdProjectName), kWindowHidden,
-               true);
-    DeleteWrittenFiles(written_files_, folder, kChmcmdProjectName);
-#endif
+    RunHelpCompiler(folder);
     if (file_system_->IsDateiVorhanden(InFolder(folder, name + ".chm"))) {
       AddLog(name + " CHM-Kommentarreport wurde erfolgreich erstellt.", kIconProgress);
     } else {
@@ -149,17 +136,37 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
              kIconFailure);
     }
     CurrentPlatform().PumpMessages();
-    if (DelFilesAfterCHMCompiling == 1) {
-      for (const char* pattern : kIntermediatePatterns)
-        DeleteWrittenFiles(written_files_, folder, pattern);
-    }
-    DeleteWrittenFiles(written_files_, folder, "compile.bat");
-    DeleteWrittenFiles(written_files_, folder, "hhc.exe");
+    DeleteCompileFiles(folder);
   });
   // Help-file mode lasts for this run only: a later SaveReport writes a
   // plain web report.
   chm_mode_ = false;
   return 0;
+}
+
+void CFolioscope::RunHelpCompiler(const std::string& folder) {
+  const std::string batch = InFolder(folder, "compile.bat");
+  WriteTextFile(batch, CompileBatchText(folder), false);
+#ifdef _WIN32
+  // Quoted: the output folder may hold blanks.
+  RunAndWait("\"" + batch + "\"", kWindowHidden, true);
+#else
+  const std::string derived = InFolder(folder, kChmcmdProjectName);
+  WriteTextFile(derived, ChmcmdProjectText(folder, ReadFileText(InFolder(folder, "Project.hhp"))),
+                false);
+  RunAndWait(ShellQuote(FindHelpCompiler()) + " " + ShellQuote(kChmcmdProjectName), kWindowHidden,
+             true);
+  DeleteWrittenFiles(written_files_, folder, kChmcmdProjectName);
+#endif
+}
+
+void CFolioscope::DeleteCompileFiles(const std::string& folder) {
+  if (DelFilesAfterCHMCompiling == 1) {
+    for (const char* pattern : kIntermediatePatterns)
+      DeleteWrittenFiles(written_files_, folder, pattern);
+  }
+  DeleteWrittenFiles(written_files_, folder, "compile.bat");
+  DeleteWrittenFiles(written_files_, folder, "hhc.exe");
 }
 
 int32_t CFolioscope::RunAndWait(const std::string& CommandLine, int32_t WindowStyle,

@@ -21,13 +21,7 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kCrLf = "\r\n";
-
-// Save modes of SaveReport.
-constexpr int32_t kSaveWholeProject = 0;
-constexpr int32_t kSaveOneModule = 1;
-constexpr int32_t kSaveOneMember = 2;
 
 const char kContentsHeader[] =
     "<!DOCTYPE HTML PUBLIC \"-//IETF//DTD HTML//EN\"><HTML><HEAD><meta name=\"GENERATOR\" "
@@ -35,30 +29,39 @@ const char kContentsHeader[] =
     "<OBJECT type=\"text/site properties\"><param name=\"ImageType\" value=\"Folder\"></OBJECT>";
 
 // The lists that the page builders leave open, closed per save mode.
-std::string ClosingLists(int32_t save_mode) {
-  if (save_mode == kSaveWholeProject) return "</ul></ul></ul>";
-  if (save_mode == kSaveOneModule) return "</ul></ul>";
+std::string ClosingLists(SaveMode mode) {
+  if (mode == SaveMode::kWholeProject) return "</ul></ul></ul>";
+  if (mode == SaveMode::kOneModule) return "</ul></ul>";
   return "";
 }
 
 }  // namespace
 
-int32_t CFolioscope::CreateCHMTableOfContens(int32_t SaveMode) {
+// The contents item that the page writers fill for each page of a help-file
+// build; CreateCHMTableOfContens frames what they collect.
+std::string CFolioscope::GetTOCItem() {
+  return "<LI> <OBJECT type=\"text/sitemap\">\r\n"
+         "<param name=\"Name\" value=\"&&&TOCCaption&&&\">\r\n"
+         "<param name=\"Local\" value=\"&&&TOCFile&&&\">\r\n"
+         "</OBJECT>\r\n";
+}
+
+int32_t CFolioscope::CreateCHMTableOfContens(SaveMode Mode) {
   Trap(kClass, "CreateCHMTableOfContens", [&] {
     const std::string text =
-        kContentsHeader + chm_toc_text_ + ClosingLists(SaveMode) + "</body></html>";
+        kContentsHeader + chm_toc_text_ + ClosingLists(Mode) + "</body></html>";
     WriteTextFile(PlainPath + kPathSeparatorText + "Table of Contents.hhc", text, false);
   });
   return 0;
 }
 
-int32_t CFolioscope::CreateCHMProjektFile(int32_t SaveMode) {
+int32_t CFolioscope::CreateCHMProjektFile(SaveMode Mode) {
   Trap(kClass, "CreateCHMProjektFile", [&] {
     SourceProject& project = RequireProject(Projekt);
     std::string default_topic = "Projekt.htm";
-    if (SaveMode == kSaveOneModule) {
+    if (Mode == SaveMode::kOneModule) {
       default_topic = ModulePageFileName(project.Modules.Item(ModuleName).Name);
-    } else if (SaveMode == kSaveOneMember) {
+    } else if (Mode == SaveMode::kOneMember) {
       const SourceMember& member = project.Modules.Item(ModuleName).Members.Item(MemberName);
       default_topic = MemberPageFileName(ModuleName, member.Name);
     }
@@ -82,17 +85,17 @@ int32_t CFolioscope::CreateCHMProjektFile(int32_t SaveMode) {
   return 0;
 }
 
-int32_t CFolioscope::CreateCHMMapAndAlias(int32_t SaveMode) {
+int32_t CFolioscope::CreateCHMMapAndAlias(SaveMode Mode) {
   Trap(kClass, "CreateCHMMapAndAlias", [&] {
     SourceProject& project = RequireProject(Projekt);
     const ListedScopes scopes{ToolBarPublicValue == 1, ToolBarFriendValue == 1,
                               ToolBarPrivateValue == 1};
     std::vector<HelpTopic> topics;
-    if (SaveMode == kSaveWholeProject) {
+    if (Mode == SaveMode::kWholeProject) {
       topics = ProjectTopics(project, scopes);
-    } else if (SaveMode == kSaveOneModule) {
+    } else if (Mode == SaveMode::kOneModule) {
       topics = ModuleTopics(project.Modules.Item(ModuleName), scopes);
-    } else if (SaveMode == kSaveOneMember) {
+    } else if (Mode == SaveMode::kOneMember) {
       const SourceMember& member = project.Modules.Item(ModuleName).Members.Item(MemberName);
       topics = MemberTopic(ModuleName, member);
     }

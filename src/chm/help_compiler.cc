@@ -179,6 +179,28 @@ std::vector<std::string> WithOsFileNames(const std::string& folder,
   return out;
 }
 
+// Adds to the [FILES] section of the project lines `out` (whose "[FILES]"
+// line is at `files_header`, npos when there is none yet) every target of
+// the output folder that `listed` lacks, once each, in order.
+void ListUnlistedTargets(const std::string& folder, const std::vector<std::string>& listed,
+                         const std::vector<std::string>& targets, size_t files_header,
+                         std::vector<std::string>& out) {
+  std::vector<std::string> missing;
+  for (const std::string& target : targets) {
+    // Only pages of the output folder go into the help file, whatever an
+    // alias line or a frame set names.
+    if (!ResolveInside(folder, target)) continue;
+    if (!ListedIn(listed, target) && !ListedIn(missing, target)) missing.push_back(target);
+  }
+  if (missing.empty()) return;
+  if (files_header == std::string::npos) {
+    out.push_back("[FILES]");
+    files_header = out.size() - 1;
+  }
+  out.insert(out.begin() + static_cast<std::ptrdiff_t>(files_header) + 1, missing.begin(),
+             missing.end());
+}
+
 }  // namespace
 
 std::string FindHelpCompiler() {
@@ -244,21 +266,7 @@ std::string ChmcmdProjectText(const std::string& folder, std::string_view hhp) {
       targets.push_back(page);
     }
   }
-  std::vector<std::string> missing;
-  for (const std::string& target : targets) {
-    // Only pages of the output folder go into the help file, whatever an
-    // alias line or a frame set names.
-    if (!ResolveInside(folder, target)) continue;
-    if (!ListedIn(listed, target) && !ListedIn(missing, target)) missing.push_back(target);
-  }
-  if (!missing.empty()) {
-    if (files_header == std::string::npos) {
-      out.push_back("[FILES]");
-      files_header = out.size() - 1;
-    }
-    out.insert(out.begin() + static_cast<std::ptrdiff_t>(files_header) + 1, missing.begin(),
-               missing.end());
-  }
+  ListUnlistedTargets(folder, listed, targets, files_header, out);
   std::string text;
   for (const std::string& line : WithOsFileNames(folder, out)) text += line + "\r\n";
   return text;
@@ -284,16 +292,6 @@ bool WildcardMatch(std::string_view name, std::string_view pattern) {
   }
   while (p < pattern.size() && pattern[p] == '*') ++p;
   return p == pattern.size();
-}
-
-void DeleteMatchingFiles(const std::string& folder, std::string_view pattern) {
-  std::vector<std::string> doomed;
-  for (const FolderEntry& entry : ListFolder(folder)) {
-    if (entry.is_folder || !IsPlainFile(folder + "/" + entry.name)) continue;
-    if (WildcardMatch(entry.name, pattern)) doomed.push_back(entry.os_path);
-  }
-  std::error_code ec;
-  for (const std::string& path : doomed) fs::remove(path, ec);
 }
 
 std::string ShellQuote(std::string_view text) {

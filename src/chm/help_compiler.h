@@ -40,10 +40,6 @@ std::string ResolveFileName(const std::string& folder, const std::string& name);
 // the Windows file functions compare.
 bool WildcardMatch(std::string_view name, std::string_view pattern);
 
-// Deletes the files of `folder` whose names match `pattern`. A pattern that
-// matches nothing deletes nothing; folders are left alone.
-void DeleteMatchingFiles(const std::string& folder, std::string_view pattern);
-
 // `text` as one word for /bin/sh.
 std::string ShellQuote(std::string_view text);
 

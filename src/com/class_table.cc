@@ -1,9 +1,9 @@
 #include "com/class_table.h"
 
-#include <atomic>
 #include <new>
 
 #include "com/com_support.h"
+#include "com/reference_counted.h"
 
 namespace folioscope::com {
 
@@ -19,11 +19,9 @@ std::vector<const ComClassRegistration*>& Table() {
 // Creates the objects of one registered class. Every creation first makes
 // sure the process has its platform, before the object touches the
 // component.
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public ReferenceCounted<IClassFactory> {
  public:
-  explicit ClassFactory(const ComClassRegistration& registration) : registration_(registration) {
-    ObjectCreated();
-  }
+  explicit ClassFactory(const ComClassRegistration& registration) : registration_(registration) {}
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
     if (object == nullptr) return E_POINTER;
@@ -34,14 +32,6 @@ class ClassFactory final : public IClassFactory {
     }
     *object = nullptr;
     return E_NOINTERFACE;
-  }
-
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid, void** object) override {
@@ -71,10 +61,7 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  ~ClassFactory() { ObjectDestroyed(); }
-
   const ComClassRegistration& registration_;
-  std::atomic<ULONG> references_{1};
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "com/class_table.h"
 #include "com/com_support.h"
+#include "com/reference_counted.h"
 
 namespace folioscope::com {
 
@@ -17,7 +18,7 @@ constexpr DISPID kDispidOnReportStart = 2;
 constexpr DISPID kDispidOnReportWorks = 3;
 
 // Enumerates the one connection point of a CFSCommunicator.
-class PointEnumerator final : public IEnumConnectionPoints {
+class PointEnumerator final : public ReferenceCounted<IEnumConnectionPoints> {
  public:
   PointEnumerator(IConnectionPoint* point, ULONG position) : point_(point), position_(position) {
     point_->AddRef();
@@ -32,12 +33,6 @@ class PointEnumerator final : public IEnumConnectionPoints {
     }
     *object = nullptr;
     return E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, IConnectionPoint** points, ULONG* fetched) override {
@@ -69,11 +64,10 @@ class PointEnumerator final : public IEnumConnectionPoints {
   }
 
  private:
-  ~PointEnumerator() { point_->Release(); }
+  ~PointEnumerator() override { point_->Release(); }
 
   IConnectionPoint* point_;
   ULONG position_;
-  ULONG references_ = 1;
 };
 
 // A VT_BYREF argument slot.

@@ -29,21 +29,13 @@
 
 namespace folioscope::com {
 
-class ComFSCommunicator final : public DispatchObject<_CFSCommunicator>,
-                                public IConnectionPointContainer,
+class ComFSCommunicator final : public DispatchObject<_CFSCommunicator, IConnectionPointContainer>,
                                 private CFSCommunicatorEvents {
  public:
   ComFSCommunicator();
 
   // The wrapped channel (what CFSDataLogger registers).
   const std::shared_ptr<CFSCommunicator>& channel() const { return channel_; }
-
-  // IUnknown, shared by all bases.
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    return DispatchObject::QueryInterface(riid, object);
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return DispatchObject::AddRef(); }
-  ULONG STDMETHODCALLTYPE Release() override { return DispatchObject::Release(); }
 
   // _CFSCommunicator
   HRESULT STDMETHODCALLTYPE AddLog(BSTR* Desc, LONG* IconIndex) override;

@@ -17,11 +17,8 @@ namespace model_bridge {
 // that the component may change, with what was read from them.
 class Binding {
  public:
-  // A copy read from the caller's objects (one of them is set) ...
-  std::unique_ptr<SourceProject> project;
-  std::unique_ptr<SourceModule> module;
-  std::unique_ptr<SourceMember> member;
-  // ... or one of our own objects, kept alive while its model is in use.
+  // One of our own objects, kept alive while its model is in use; null
+  // when the model is a copy read from the caller's objects.
   Ref<IDispatch> own;
 
   struct LinesLink {
@@ -401,93 +398,72 @@ class ModelReader {
   Binding& binding_;
 };
 
-// The object a Read starts from: Nothing raises 424.
-IDispatch* RequireObject(IDispatch* object, const char* what) {
-  if (object == nullptr) RaiseAbout(kObjectRequired, what);
-  return object;
-}
+// What tells the three kinds of caller object apart: the name in a Nothing
+// fault, how our own objects are recognised, and which read fills a copy.
+template <class Model>
+struct CallerKind;
+
+template <>
+struct CallerKind<SourceProject> {
+  static constexpr const char* kName = "SourceProject";
+  static SourceProject* Own(IDispatch* object) { return OwnProjectOf(object); }
+  static void Read(ModelReader reader, IDispatch* object, SourceProject& model) {
+    reader.ReadProject(object, model, "");
+  }
+};
+
+template <>
+struct CallerKind<SourceModule> {
+  static constexpr const char* kName = "SourceModule";
+  static SourceModule* Own(IDispatch* object) { return OwnModuleOf(object); }
+  static void Read(ModelReader reader, IDispatch* object, SourceModule& model) {
+    reader.ReadModule(object, model, "");
+  }
+};
+
+template <>
+struct CallerKind<SourceMember> {
+  static constexpr const char* kName = "SourceMember";
+  static SourceMember* Own(IDispatch* object) { return OwnMemberOf(object); }
+  static void Read(ModelReader reader, IDispatch* object, SourceMember& model) {
+    reader.ReadMember(object, model, "");
+  }
+};
 
 }  // namespace
 
-// --- CallerProject -------------------------------------------------------------
+template <class Model>
+Caller<Model>::Caller() : binding_(std::make_unique<Binding>()) {}
 
-CallerProject::CallerProject() : binding_(std::make_unique<Binding>()) {}
-CallerProject::~CallerProject() = default;
+template <class Model>
+Caller<Model>::~Caller() = default;
 
-std::unique_ptr<CallerProject> CallerProject::Read(IDispatch* project) {
-  RequireObject(project, "SourceProject");
-  std::unique_ptr<CallerProject> caller(new CallerProject());
-  Binding& binding = *caller->binding_;
-  if (SourceProject* own = OwnProjectOf(project)) {
-    binding.own = Ref<IDispatch>::Borrow(project);
+template <class Model>
+std::unique_ptr<Caller<Model>> Caller<Model>::Read(IDispatch* object) {
+  using Kind = CallerKind<Model>;
+  if (object == nullptr) RaiseAbout(kObjectRequired, Kind::kName);
+  std::unique_ptr<Caller> caller(new Caller());
+  if (Model* own = Kind::Own(object)) {
+    caller->binding_->own = Ref<IDispatch>::Borrow(object);
     caller->model_ = own;
     return caller;
   }
-  binding.project = std::make_unique<SourceProject>();
-  ModelReader(binding).ReadProject(project, *binding.project, "");
-  caller->model_ = binding.project.get();
+  caller->copy_ = std::make_unique<Model>();
+  Kind::Read(ModelReader(*caller->binding_), object, *caller->copy_);
+  caller->model_ = caller->copy_.get();
   return caller;
 }
 
-void CallerProject::WriteBack() {
+template <class Model>
+void Caller<Model>::WriteBack() {
   try {
     binding_->WriteBack();
   } catch (...) {
   }
 }
 
-// --- CallerModule --------------------------------------------------------------
-
-CallerModule::CallerModule() : binding_(std::make_unique<Binding>()) {}
-CallerModule::~CallerModule() = default;
-
-std::unique_ptr<CallerModule> CallerModule::Read(IDispatch* module) {
-  RequireObject(module, "SourceModule");
-  std::unique_ptr<CallerModule> caller(new CallerModule());
-  Binding& binding = *caller->binding_;
-  if (SourceModule* own = OwnModuleOf(module)) {
-    binding.own = Ref<IDispatch>::Borrow(module);
-    caller->model_ = own;
-    return caller;
-  }
-  binding.module = std::make_unique<SourceModule>();
-  ModelReader(binding).ReadModule(module, *binding.module, "");
-  caller->model_ = binding.module.get();
-  return caller;
-}
-
-void CallerModule::WriteBack() {
-  try {
-    binding_->WriteBack();
-  } catch (...) {
-  }
-}
-
-// --- CallerMember --------------------------------------------------------------
-
-CallerMember::CallerMember() : binding_(std::make_unique<Binding>()) {}
-CallerMember::~CallerMember() = default;
-
-std::unique_ptr<CallerMember> CallerMember::Read(IDispatch* member) {
-  RequireObject(member, "SourceMember");
-  std::unique_ptr<CallerMember> caller(new CallerMember());
-  Binding& binding = *caller->binding_;
-  if (SourceMember* own = OwnMemberOf(member)) {
-    binding.own = Ref<IDispatch>::Borrow(member);
-    caller->model_ = own;
-    return caller;
-  }
-  binding.member = std::make_unique<SourceMember>();
-  ModelReader(binding).ReadMember(member, *binding.member, "");
-  caller->model_ = binding.member.get();
-  return caller;
-}
-
-void CallerMember::WriteBack() {
-  try {
-    binding_->WriteBack();
-  } catch (...) {
-  }
-}
+template class Caller<SourceProject>;
+template class Caller<SourceModule>;
+template class Caller<SourceMember>;
 
 }  // namespace folioscope::com

@@ -41,44 +41,30 @@ namespace model_bridge {
 class Binding;  // what WriteBack needs to reach the caller's objects
 }
 
-class CallerProject {
+// One caller object read into the component's model: Caller<SourceProject>,
+// Caller<SourceModule> or Caller<SourceMember>.
+template <class Model>
+class Caller {
  public:
-  static std::unique_ptr<CallerProject> Read(IDispatch* project);
-  ~CallerProject();
-  SourceProject& model() { return *model_; }
+  static std::unique_ptr<Caller> Read(IDispatch* object);
+  ~Caller();
+  Model& model() { return *model_; }
   void WriteBack();
 
  private:
-  CallerProject();
-  SourceProject* model_ = nullptr;
+  Caller();
+  Model* model_ = nullptr;
+  std::unique_ptr<Model> copy_;  // the model read late-bound; empty for our own objects
   std::unique_ptr<model_bridge::Binding> binding_;
 };
 
-class CallerModule {
- public:
-  static std::unique_ptr<CallerModule> Read(IDispatch* module);
-  ~CallerModule();
-  SourceModule& model() { return *model_; }
-  void WriteBack();
+using CallerProject = Caller<SourceProject>;
+using CallerModule = Caller<SourceModule>;
+using CallerMember = Caller<SourceMember>;
 
- private:
-  CallerModule();
-  SourceModule* model_ = nullptr;
-  std::unique_ptr<model_bridge::Binding> binding_;
-};
-
-class CallerMember {
- public:
-  static std::unique_ptr<CallerMember> Read(IDispatch* member);
-  ~CallerMember();
-  SourceMember& model() { return *model_; }
-  void WriteBack();
-
- private:
-  CallerMember();
-  SourceMember* model_ = nullptr;
-  std::unique_ptr<model_bridge::Binding> binding_;
-};
+extern template class Caller<SourceProject>;
+extern template class Caller<SourceModule>;
+extern template class Caller<SourceMember>;
 
 }  // namespace folioscope::com
 

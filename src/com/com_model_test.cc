@@ -132,7 +132,9 @@ TEST(ComModelTest, ReadsEveryKindOfCollectionAndKeepsLineKeyTypes) {
   EXPECT_TRUE(m.CodeLines.KeyAt(1) == vb::DictKey::String("zwei"));
   EXPECT_TRUE(m.CodeLines.KeyAt(2) == vb::DictKey::Long(3));
   EXPECT_EQ(m.CodeLines.ItemAt(2), "drei");
+}
 
+TEST(ComModelTest, ReadsTheTypedArraysOfACallersLineClass) {
   // Lines of a VB6 class of the caller's: Items() As String(), Keys() As Long().
   SAFEARRAY* texts = SafeArrayCreateVector(VT_BSTR, 0, 2);
   SAFEARRAY* numbers = SafeArrayCreateVector(VT_I4, 0, 2);

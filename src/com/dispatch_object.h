@@ -1,15 +1,12 @@
-// DispatchObject<I>: the base of every COM class of the server. It gives a
-// dual interface I (declared in the type library) its IUnknown, its
+// DispatchObject<I, Further...>: the base of every COM class of the server.
+// It gives a dual interface I (declared in the type library) its IUnknown
+// (counted by ReferenceCounted, shared with the `Further` interfaces), its
 // IDispatch (through the ITypeInfo of I in the DLL's embedded type library,
 // so late-bound callers reach exactly the vtable methods early-bound callers
 // call), ISupportErrorInfo for I, and IProvideClassInfo2 with the coclass
 // named like the class (so TypeName() gives "CReportSets", and event hosts
 // find the default source interface). The derived class implements the
 // methods of I, each body wrapped in Guard().
-//
-// Objects start with one reference, owned by whoever called `new`; every
-// live object counts for DllCanUnloadNow. Apartment-threaded: one object is
-// used by one thread, but the counts are atomic anyway.
 #ifndef FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
 #define FOLIOSCOPE_COM_DISPATCH_OBJECT_H_
 
@@ -17,9 +14,8 @@
 
 #include <ocidl.h>
 
-#include <atomic>
-
 #include "com/com_support.h"
+#include "com/reference_counted.h"
 #include "com/variant_references.h"
 
 namespace folioscope::com {
@@ -50,21 +46,16 @@ T* ImplementationOf(IUnknown* unknown) {
   return object;
 }
 
-template <class I>
-class DispatchObject : public I,
-                       public ISupportErrorInfo,
-                       public IProvideClassInfo2,
-                       public ComObjectRoot {
+template <class I, class... Further>
+class DispatchObject
+    : public ReferenceCounted<I, ISupportErrorInfo, IProvideClassInfo2, Further...>,
+      public ComObjectRoot {
  public:
   // `iid` is the IID of I (a widl IID_ constant, which outlives the object);
   // `class_name` names the class: in error sources ("VBFolioscope.<name>")
   // and as the coclass that IProvideClassInfo hands out. Objects of classes
   // without a coclass of that name do not offer IProvideClassInfo.
-  DispatchObject(const IID& iid, const char* class_name) : iid_(iid), class_name_(class_name) {
-    ObjectCreated();
-  }
-  DispatchObject(const DispatchObject&) = delete;
-  DispatchObject& operator=(const DispatchObject&) = delete;
+  DispatchObject(const IID& iid, const char* class_name) : iid_(iid), class_name_(class_name) {}
 
   // --- IUnknown ---
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
@@ -85,16 +76,8 @@ class DispatchObject : public I,
       *object = QueryFurtherInterface(riid);
     }
     if (*object == nullptr) return E_NOINTERFACE;
-    AddRef();
+    this->AddRef();
     return S_OK;
-  }
-
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   // --- IDispatch ---
@@ -132,12 +115,11 @@ class DispatchObject : public I,
     SetErrorInfo(0, nullptr);
     // Script variables reach typed by-reference parameters through
     // temporaries (see variant_references.h).
-    hr = InvokeWithVariantReferences(info, id, flags, params, argument_error,
-                                     [&](DISPPARAMS* adapted) {
-                                       return info->Invoke(static_cast<I*>(this), id, flags,
-                                                           adapted, result, exception,
-                                                           argument_error);
-                                     });
+    hr = InvokeWithVariantReferences(
+        info, id, flags, params, argument_error, [&](DISPPARAMS* adapted) {
+          return info->Invoke(static_cast<I*>(this), id, flags, adapted, result, exception,
+                              argument_error);
+        });
     info->Release();
     if (hr == DISP_E_EXCEPTION) FillException(exception);
     return hr;
@@ -161,7 +143,7 @@ class DispatchObject : public I,
   }
 
  protected:
-  ~DispatchObject() override { ObjectDestroyed(); }
+  ~DispatchObject() override = default;
 
   // Further interfaces of the derived class (connection points, class
   // information): the pointer for `riid`, or nullptr. QueryInterface adds
@@ -198,7 +180,6 @@ class DispatchObject : public I,
     error->Release();
   }
 
-  std::atomic<ULONG> references_{1};
   const IID& iid_;
   const char* class_name_;
   int has_coclass_ = -1;  // unknown until first asked

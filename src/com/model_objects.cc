@@ -1,6 +1,5 @@
 #include "com/model_objects.h"
 
-#include <atomic>
 #include <cmath>
 #include <cwchar>
 #include <span>
@@ -11,6 +10,7 @@
 #include "com/com_support.h"
 #include "com/dispatch_object.h"
 #include "com/late_bound.h"
+#include "com/reference_counted.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope::com {
@@ -99,12 +99,9 @@ void SetObject(VARIANT* result, IDispatch* object) {
 
 // --- The base: IUnknown and a name-table IDispatch ---------------------------
 
-class ScriptObject : public IDispatch, public ComObjectRoot {
+class ScriptObject : public ReferenceCounted<IDispatch>, public ComObjectRoot {
  public:
-  explicit ScriptObject(Root root) : root_(std::move(root)) { ObjectCreated(); }
-  ScriptObject(const ScriptObject&) = delete;
-  ScriptObject& operator=(const ScriptObject&) = delete;
-  ~ScriptObject() override { ObjectDestroyed(); }
+  explicit ScriptObject(Root root) : root_(std::move(root)) {}
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
     if (object == nullptr) return E_POINTER;
@@ -118,12 +115,6 @@ class ScriptObject : public IDispatch, public ComObjectRoot {
     }
     AddRef();
     return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -203,19 +194,15 @@ class ScriptObject : public IDispatch, public ComObjectRoot {
   }
 
   Root root_;
-  std::atomic<ULONG> references_{1};
 };
 
 // --- For Each: an enumerator over a snapshot of values -------------------------
 
-class VariantEnumerator final : public IEnumVARIANT {
+class VariantEnumerator final : public ReferenceCounted<IEnumVARIANT> {
  public:
   using Values = std::vector<VARIANT>;
   explicit VariantEnumerator(std::shared_ptr<const Values> values, ULONG position = 0)
-      : values_(std::move(values)), position_(position) {
-    ObjectCreated();
-  }
-  virtual ~VariantEnumerator() { ObjectDestroyed(); }
+      : values_(std::move(values)), position_(position) {}
 
   // Owns the variants of `values` from then on.
   static std::shared_ptr<const Values> Share(Values values) {
@@ -234,12 +221,6 @@ class VariantEnumerator final : public IEnumVARIANT {
     *object = static_cast<IEnumVARIANT*>(this);
     AddRef();
     return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* out, ULONG* fetched) override {
@@ -273,7 +254,6 @@ class VariantEnumerator final : public IEnumVARIANT {
  private:
   std::shared_ptr<const Values> values_;
   ULONG position_;
-  std::atomic<ULONG> references_{1};
 };
 
 void SetEnumerator(VARIANT* result, VariantEnumerator::Values values) {

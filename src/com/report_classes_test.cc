@@ -220,6 +220,15 @@ TEST_F(ReportClassesTest, ReadersWriteBackIntoTheCallersObjects) {
   summary->Release();
 }
 
+// A script variable as the script engine passes it: a reference to a VARIANT.
+VARIANT ReferenceTo(VARIANT* variable) {
+  VARIANT v;
+  VariantInit(&v);
+  V_VT(&v) = VT_BYREF | VT_VARIANT;
+  V_VARIANTREF(&v) = variable;
+  return v;
+}
+
 TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
   _CCodeFormat* format = Create<_CCodeFormat>(CLSID_CCodeFormat, IID__CCodeFormat);
   ASSERT_NE(format, nullptr);
@@ -237,15 +246,8 @@ TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
   VariantInit(&document_variable);
   V_VT(&document_variable) = VT_BOOL;
   V_BOOL(&document_variable) = VARIANT_FALSE;
-  auto reference = [](VARIANT* variable) {
-    VARIANT v;
-    VariantInit(&v);
-    V_VT(&v) = VT_BYREF | VT_VARIANT;
-    V_VARIANTREF(&v) = variable;
-    return v;
-  };
-  std::vector<VARIANT> args = {reference(&document_variable), reference(&end_variable),
-                               reference(&start_variable), reference(&member_variable)};
+  std::vector<VARIANT> args = {ReferenceTo(&document_variable), ReferenceTo(&end_variable),
+                               ReferenceTo(&start_variable), ReferenceTo(&member_variable)};
   DISPPARAMS params = {args.data(), nullptr, 4, 0};
   VARIANT result;
   VariantInit(&result);
@@ -276,21 +278,31 @@ TEST_F(ReportClassesTest, ScriptVariablesReachByReferenceParameters) {
   ASSERT_EQ(V_VT(&end_variable), VT_BSTR);
   EXPECT_STREQ(V_BSTR(&end_variable), L"kein Wert");
 
-  // Values (literals, parenthesised expressions) still pass.
+  VariantClear(&result);
+  VariantClear(&member_variable);
+  VariantClear(&end_variable);
+  format->Release();
+}
+
+TEST_F(ReportClassesTest, ValuesStillReachByReferenceParameters) {
+  _CCodeFormat* format = Create<_CCodeFormat>(CLSID_CCodeFormat, IID__CCodeFormat);
+  ASSERT_NE(format, nullptr);
+  IDispatch* dispatch = format;
+  // Literals and parenthesised expressions of a script arrive as values.
   std::vector<VARIANT> values = {Long(-1), Long(0), Long(1), Object(member_)};
   member_->AddRef();
   DISPPARAMS value_params = {values.data(), nullptr, 4, 0};
-  VariantClear(&result);
+  VARIANT result;
+  VariantInit(&result);
   EXPECT_EQ(dispatch->Invoke(0x60030000, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                              &value_params, &result, nullptr, nullptr),
             S_OK);
+  BSTR html = nullptr;
   format->get_FormatedCode(&html);
   EXPECT_NE(Take(html).find(L"<html>"), std::wstring::npos) << "a full document was asked for";
 
   for (VARIANT& v : values) VariantClear(&v);
   VariantClear(&result);
-  VariantClear(&member_variable);
-  VariantClear(&end_variable);
   format->Release();
 }
 

@@ -10,12 +10,12 @@
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "pages/search_index.h"
 
 namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kMessageBoxTitle = "Quillon";
 
 const char kNoReportSetMessage[] =
@@ -70,66 +70,71 @@ void CFolioscope::CheckOfReady() {
     // The settings below are one consistent reading: the store is asked
     // for outside changes once, not per value.
     CRegistry::ReadGroup read_group(reg);
-    report_language_ =
-        vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportLanguage", ""));
-    const std::string report_path =
-        reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
-    report_set_path_ = CurrentPlatform().ApplicationFolder() + kPathSeparatorText + "Res" +
-                       kPathSeparatorText + report_path + kPathSeparatorText;
-
-    auto word = [&](const char* name) {
-      return reg.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0);
-    };
-    DelFilesAfterCHMCompiling = word("DelFilesAfterCHMCompiling");
-    ShowModulePath = word("ShowModulePath");
-    ShowModuleRelativePath = word("ShowModuleRelativePath");
-    ShowLOCForModuls = word("ShowLOCForModuls");
-    ShowLOCForProjects = word("ShowLOCForProjects");
-    ShowHelpContextID = word("ShowHelpContextID");
-    ShowVBInternDescription = word("ShowVBInternDescription");
-    ToolBarPublicValue = word("ToolBarPublicValue");
-    ToolBarFriendValue = word("ToolBarFriendValue");
-    ToolBarPrivateValue = word("ToolBarPrivateValue");
-    ReportStdTitle =
-        vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "ReportStdTitle", ""));
-    CHMReportTitle =
-        vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "CHMReportTitle", ""));
-    const int32_t reload_request = word("LNR");
-
-    // A report set counts as chosen once one of its languages is chosen.
-    std::string message;
-    if (report_language_.empty()) {
-      message = kNoReportSetMessage;
-    } else {
-      const std::string folder =
-          vb::Left(report_set_path_, static_cast<int64_t>(report_set_path_.size()) - 1);
-      // A ReportPath that leads out of Res names no report set of ours.
-      if (!IsSafeRelativePath(report_path) || !ReportSetFolderExists(*file_system_, folder))
-        message = MissingFolderMessage(folder);
-    }
+    const std::string report_path = ReadReportSetChoice(reg);
+    const int32_t reload_request = ReadReportSwitches(reg);
+    const std::string message = MissingReportSetMessage(report_path);
     if (!message.empty()) {
       AddLog(message, kIconNotReady);
       CurrentPlatform().MessageBox(message, kMbOkOnly | kMbExclamation, kMessageBoxTitle);
       return;
     }
-
-    if (!resources_) resources_ = std::make_unique<CRessource>();
-    // Without a reload request the loaded templates are used as they are;
-    // their own Ready is deliberately not consulted here.
-    if (reload_request <= 0) {
-      ready_ = true;
-      return;
-    }
-    resources_.reset();
-    resources_ = std::make_unique<CRessource>();
-    reg.SaveRegWord(kHkeyCurrentUser, kConfigKey, "LNR", 0);
-    if (resources_->Ready()) {
-      ready_ = true;
-      return;
-    }
-    AddLog(kReloadFailedMessage, kIconNotReady);
-    resources_.reset();
+    ready_ = LoadReportSet(reg, reload_request);
   });
+}
+
+std::string CFolioscope::ReadReportSetChoice(CRegistry& reg) {
+  report_language_ =
+      vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportLanguage", ""));
+  const std::string report_path =
+      reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
+  report_set_path_ = CurrentPlatform().ApplicationFolder() + kPathSeparatorText + "Res" +
+                     kPathSeparatorText + report_path + kPathSeparatorText;
+  return report_path;
+}
+
+int32_t CFolioscope::ReadReportSwitches(CRegistry& reg) {
+  auto word = [&](const char* name) {
+    return reg.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0);
+  };
+  DelFilesAfterCHMCompiling = word("DelFilesAfterCHMCompiling");
+  ShowModulePath = word("ShowModulePath");
+  ShowModuleRelativePath = word("ShowModuleRelativePath");
+  ShowLOCForModuls = word("ShowLOCForModuls");
+  ShowLOCForProjects = word("ShowLOCForProjects");
+  ShowHelpContextID = word("ShowHelpContextID");
+  ShowVBInternDescription = word("ShowVBInternDescription");
+  ToolBarPublicValue = word("ToolBarPublicValue");
+  ToolBarFriendValue = word("ToolBarFriendValue");
+  ToolBarPrivateValue = word("ToolBarPrivateValue");
+  ReportStdTitle = vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "ReportStdTitle", ""));
+  CHMReportTitle = vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "CHMReportTitle", ""));
+  return word("LNR");
+}
+
+std::string CFolioscope::MissingReportSetMessage(const std::string& report_path) const {
+  // A report set counts as chosen once one of its languages is chosen.
+  if (report_language_.empty()) return kNoReportSetMessage;
+  const std::string folder =
+      vb::Left(report_set_path_, static_cast<int64_t>(report_set_path_.size()) - 1);
+  // A ReportPath that leads out of Res names no report set of ours.
+  if (!IsSafeRelativePath(report_path) || !ReportSetFolderExists(*file_system_, folder)) {
+    return MissingFolderMessage(folder);
+  }
+  return "";
+}
+
+bool CFolioscope::LoadReportSet(CRegistry& reg, int32_t reload_request) {
+  if (!resources_) resources_ = std::make_unique<CRessource>();
+  // Without a reload request the loaded templates are used as they are;
+  // their own Ready is deliberately not consulted here.
+  if (reload_request <= 0) return true;
+  resources_.reset();
+  resources_ = std::make_unique<CRessource>();
+  reg.SaveRegWord(kHkeyCurrentUser, kConfigKey, "LNR", 0);
+  if (resources_->Ready()) return true;
+  AddLog(kReloadFailedMessage, kIconNotReady);
+  resources_.reset();
+  return false;
 }
 
 void CFolioscope::WriteTextFile(const std::string& FileName, const std::string& Text, bool Append) {

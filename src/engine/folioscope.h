@@ -29,6 +29,18 @@
 
 namespace folioscope {
 
+// What SaveReport and SaveCHMReportSystem write: the whole project, the
+// module named by ModuleName, or the member MemberName of that module.
+// Callers pass the number; a number outside these writes only what all
+// modes share.
+enum class SaveMode : int32_t {
+  kWholeProject = 0,
+  kOneModule = 1,
+  kOneMember = 2,
+};
+
+class SearchIndex;
+
 class CFolioscope {
  public:
   CFolioscope();
@@ -65,8 +77,21 @@ class CFolioscope {
   // Tests drive the private page writers and the help-file state directly.
   friend class CFolioscopeTestPeer;
 
+  // The class name under which every trapped fault is reported.
+  static constexpr const char* kClass = "CFolioscope";
+
   // engine/folioscope.cc
   void CheckOfReady();
+  // The steps of CheckOfReady, in its order. The chosen report set and
+  // language; returns the ReportPath setting as read.
+  std::string ReadReportSetChoice(CRegistry& reg);
+  // The display switches and titles; returns the reload request (LNR).
+  int32_t ReadReportSwitches(CRegistry& reg);
+  // Why the chosen report set cannot be used, or "" when it can.
+  std::string MissingReportSetMessage(const std::string& report_path) const;
+  // Loads the templates when none are loaded, again when a reload is
+  // requested (which clears the request); false when a reload fails.
+  bool LoadReportSet(CRegistry& reg, int32_t reload_request);
   void WriteTextFile(const std::string& FileName, const std::string& Text, bool Append);
   // Module and member pages: handed to the page writer while a whole
   // project is saved, written at once otherwise. `Procedure` is the one a
@@ -79,6 +104,10 @@ class CFolioscope {
 
   // engine/web_report.cc
   int32_t WriteFileRessources();
+  // The search index of a whole-project save, when the report set asks for
+  // one: collected while the pages are built, written after them.
+  bool WantsSearchIndex();
+  int32_t WriteSearchIndex();
 
   // pages/
   int32_t WriteProjekt(int32_t SaveMode);
@@ -92,11 +121,17 @@ class CFolioscope {
 
   // chm/
   std::string GetTOCItem();
-  int32_t CreateCHMProjektFile(int32_t SaveMode);
-  int32_t CreateCHMMapAndAlias(int32_t SaveMode);
-  int32_t CreateCHMTableOfContens(int32_t SaveMode);
+  int32_t CreateCHMProjektFile(SaveMode Mode);
+  int32_t CreateCHMMapAndAlias(SaveMode Mode);
+  int32_t CreateCHMTableOfContens(SaveMode Mode);
   int32_t RunAndWait(const std::string& CommandLine, int32_t WindowStyle,
                      bool DoEventsWhileWaiting);
+  // The help compiler run of SaveCHMReportSystem over the help project in
+  // `folder`, with the files it needs written first.
+  void RunHelpCompiler(const std::string& folder);
+  // Removes what the run wrote only for the compile (the intermediate
+  // files too when DelFilesAfterCHMCompiling is 1).
+  void DeleteCompileFiles(const std::string& folder);
 
   // Fields.
   std::unique_ptr<CRessource> resources_;
@@ -130,6 +165,9 @@ class CFolioscope {
   std::set<std::string> written_files_;
   // Writes the module and member pages of a whole-project save.
   std::unique_ptr<PageWriter> page_writer_;
+  // Collects modules and members for the search index; set only while a
+  // whole-project web report is saved with a report set that asks for it.
+  std::unique_ptr<SearchIndex> search_index_;
 };
 
 }  // namespace folioscope

@@ -52,35 +52,39 @@ class ReportContainmentTest : public ReportTest {
     }
     return texts;
   }
+
+  // Puts hostile names into the report set and the project.
+  void PlantHostileNames() {
+    // Resource names that lead out of the set or the output folder, and one
+    // through a link in the set that points out of it. (Description.dat
+    // separates its entries with backslashes, so these names cannot hold one.)
+    fs::create_symlink(root_ / "secret.css", AppDir() / "Res" / "Mini" / "link.css");
+    std::string description = report_testing::kMiniDescription;
+    description.insert(description.find("\\}"),
+                       "\\&&&FS_A_File&&& = ../../../secret.css\r\n"
+                       "\\&&&FS_B_File&&& = ../../escaped.css\r\n"
+                       "\\&&&FS_C_File&&& = " +
+                           (root_ / "secret.css").string() +
+                           "\r\n"
+                           "\\&&&FS_D_File&&& = C:secret.css\r\n"
+                           "\\&&&FS_E_File&&& = link.css\r\n"
+                           "\\&&&FS_F_File&&& = CON\r\n");
+    report_testing::WriteMiniFile(AppDir(), "Description.dat", description);
+
+    // Module names no VB file could hold, and a member name of the same kind
+    // in an ordinary module.
+    for (const char* name : {"../../escaped", "..\\escaped", "NUL", "a/b"}) {
+      AddModule(project_, name, "Class");
+    }
+    SourceModule& kasse = project_.Modules.Item("modKasse");
+    kasse.Members.Item("DoIt").Name = "..\\..\\..\\escaped";
+    kasse.Members.Item(2).FirstLine = 12;
+    AddModule(project_, "CBon", "Class");
+  }
 };
 
 TEST_F(ReportContainmentTest, HostileNamesAreRefusedAndTheRestIsWritten) {
-  // Resource names that lead out of the set or the output folder, and one
-  // through a link in the set that points out of it. (Description.dat
-  // separates its entries with backslashes, so these names cannot hold one.)
-  fs::create_symlink(root_ / "secret.css", AppDir() / "Res" / "Mini" / "link.css");
-  std::string description = report_testing::kMiniDescription;
-  description.insert(description.find("\\}"),
-                     "\\&&&FS_A_File&&& = ../../../secret.css\r\n"
-                     "\\&&&FS_B_File&&& = ../../escaped.css\r\n"
-                     "\\&&&FS_C_File&&& = " +
-                         (root_ / "secret.css").string() +
-                         "\r\n"
-                         "\\&&&FS_D_File&&& = C:secret.css\r\n"
-                         "\\&&&FS_E_File&&& = link.css\r\n"
-                         "\\&&&FS_F_File&&& = CON\r\n");
-  report_testing::WriteMiniFile(AppDir(), "Description.dat", description);
-
-  // Module names no VB file could hold, and a member name of the same kind
-  // in an ordinary module.
-  for (const char* name : {"../../escaped", "..\\escaped", "NUL", "a/b"}) {
-    AddModule(project_, name, "Class");
-  }
-  SourceModule& kasse = project_.Modules.Item("modKasse");
-  kasse.Members.Item("DoIt").Name = "..\\..\\..\\escaped";
-  kasse.Members.Item(2).FirstLine = 12;
-  AddModule(project_, "CBon", "Class");
-
+  PlantHostileNames();
   const auto outside_before = FilesOutsideOut();
   auto report = MakeReport();
   report->SaveReport(0);

@@ -50,9 +50,15 @@ class CFolioscopeTestPeer {
     return f_.WriteMemberContentSite(m, module, append);
   }
   std::string GetTOCItem() { return f_.GetTOCItem(); }
-  int32_t CreateCHMProjektFile(int32_t m) { return f_.CreateCHMProjektFile(m); }
-  int32_t CreateCHMMapAndAlias(int32_t m) { return f_.CreateCHMMapAndAlias(m); }
-  int32_t CreateCHMTableOfContens(int32_t m) { return f_.CreateCHMTableOfContens(m); }
+  int32_t CreateCHMProjektFile(int32_t m) {
+    return f_.CreateCHMProjektFile(static_cast<SaveMode>(m));
+  }
+  int32_t CreateCHMMapAndAlias(int32_t m) {
+    return f_.CreateCHMMapAndAlias(static_cast<SaveMode>(m));
+  }
+  int32_t CreateCHMTableOfContens(int32_t m) {
+    return f_.CreateCHMTableOfContens(static_cast<SaveMode>(m));
+  }
   int32_t progress_total() const { return f_.progress_total_; }
   // Puts the object into help-file mode with a fresh file list, as the
   // help-file build does before it writes the pages.

@@ -16,18 +16,13 @@
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "pages/search_index.h"
 
 namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kCrLf = "\r\n";
-
-// Save modes of SaveReport.
-constexpr int32_t kSaveWholeProject = 0;
-constexpr int32_t kSaveOneModule = 1;
-constexpr int32_t kSaveOneMember = 2;
 
 const char kMissingCompilerMessage[] =
     "Die Datei 'hhc.exe' konnte nicht im Anwendungsordner gefunden werden. Diese ist "
@@ -66,6 +61,14 @@ std::string RefusedResourceMessage(const std::string& name, const std::string& f
          " heraus.";
 }
 
+// The search index is written like a page: a name that would leave the
+// output folder is refused with this line.
+std::string RefusedIndexMessage(const std::string& name, const std::string& folder) {
+  return "Der Suchindex '" + PrintableName(name) +
+         "' des Report-Sets wird nicht geschrieben: " + "der Name f\xFChrt aus dem Ordner " +
+         folder + " heraus.";
+}
+
 }  // namespace
 
 int32_t CFolioscope::SaveReport(int32_t SaveMode) {
@@ -86,22 +89,26 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
     report_set_path_.clear();
     prefix_cleared = true;
     WriteFileRessources();
-    if (SaveMode == kSaveWholeProject) {
+    const auto mode = static_cast<enum SaveMode>(SaveMode);
+    if (mode == SaveMode::kWholeProject) {
       WriteLogo();
       WriteIndex();
       WriteComponentMenu();
       page_writer_ = std::make_unique<PageWriter>();
+      if (WantsSearchIndex()) search_index_ = std::make_unique<SearchIndex>();
       WriteProjekt(SaveMode);
-    } else if (SaveMode == kSaveOneModule) {
+      WriteSearchIndex();
+    } else if (mode == SaveMode::kOneModule) {
       SourceModule& module = Projekt->Modules.Item(ModuleName);
       WriteModulContentSite(module, SaveMode, 0);
-    } else if (SaveMode == kSaveOneMember) {
+    } else if (mode == SaveMode::kOneMember) {
       SourceModule& module = Projekt->Modules.Item(ModuleName);
       SourceMember& member = module.Members.Item(MemberName);
       WriteMemberContentSite(member, ModuleName, false);
     }
   });
   FinishPageWriter();
+  search_index_.reset();
   if (prefix_cleared) report_set_path_ = preview_prefix;
   save_mode_ = -1;
   return 0;
@@ -172,6 +179,29 @@ int32_t CFolioscope::WriteFileRessources() {
     if (!source.empty()) hint = "Quelldatei = " + source + kCrLf + "Zieldatei = " + target;
     CErrorHandler::Instance().Report(AsRuntimeError(e), "WriteFileRessources", 0, hint, kClass);
   }
+  return 0;
+}
+
+bool CFolioscope::WantsSearchIndex() {
+  // Exists, not Item: reading an absent key would add it to the set's values.
+  return !chm_mode_ && resources_ != nullptr &&
+         resources_->PlaceHolder().Exists(vb::DictKey::String(SearchIndex::kPlaceholderKey));
+}
+
+int32_t CFolioscope::WriteSearchIndex() {
+  Trap(kClass, "WriteSearchIndex", [&] {
+    if (search_index_ == nullptr) return;
+    CRessource& res = RequireResources(resources_);
+    const std::string stem = vb::Trim(res.PlaceHolder().Item(SearchIndex::kPlaceholderKey));
+    const std::optional<std::string> names = ResolveInside(PlainPath, stem + ".js");
+    const std::optional<std::string> texts = ResolveInside(PlainPath, stem + "-text.js");
+    if (stem.empty() || !names || !texts) {
+      AddLog(RefusedIndexMessage(stem, PlainPath), kIconFailure);
+      return;
+    }
+    WriteTextFile(*names, search_index_->NamesScript(), false);
+    WriteTextFile(*texts, search_index_->TextsScript(), false);
+  });
   return 0;
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,11 @@
 namespace folioscope {
 namespace {
 
+using report_testing::AddMember;
 using report_testing::AddModule;
 using report_testing::ReportTest;
 using report_testing::ScopedEnv;
+using report_testing::WriteMiniFile;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
@@ -212,6 +215,62 @@ TEST_F(WebReportTest, FailedCopyNamesBothPathsAndStops) {
   EXPECT_EQ(handler.Hinweis(), "Hinweis: Quelldatei = " + source + "\r\nZieldatei = " + target);
   // logo.gif comes after the failed copy and is not copied.
   EXPECT_TRUE(OutFiles().empty());
+}
+
+// The Mini set with the search index named `name`.
+std::string DescriptionWithIndex(const std::string& name) {
+  std::string description = report_testing::kMiniDescription;
+  const std::string head = "Platzhalter\r\n";
+  return head + "\\&&&FS_Allgemein_Suchindex&&& = " + name + "\r\n" +
+         description.substr(head.size());
+}
+
+// The search index is the only new output, and only of a whole-project
+// save with a report set that names it; members that get no page are not
+// in it.
+TEST_F(WebReportTest, SearchIndexComesOnlyFromASetThatNamesIt) {
+  AddMember(project_.Modules.Item("CBon"), "Geheim", "Sub", "Private",
+            {"'/// <summary>Geheim.</summary>", "Private Sub Geheim()", "End Sub"});
+  SetWord("ToolBarPrivateValue", 0);
+  auto save = [&](const std::string& description, int32_t save_mode) {
+    WriteMiniFile(AppDir(), "Description.dat", description);
+    std::filesystem::remove_all(OutDir());
+    auto report = MakeReport();
+    report->ModuleName = "CBon";
+    report->SaveReport(save_mode);
+    std::map<std::string, std::string> files;
+    for (const std::string& name : OutFiles()) files[name] = Out(name);
+    return files;
+  };
+  const auto without = save(report_testing::kMiniDescription, 0);
+  auto with = save(DescriptionWithIndex(" idx "), 0);
+  EXPECT_EQ(with["idx.js"],
+            "var FolioscopeNames={k:[\"Module\",\"Sub\",\"Class\"],m:[\n"
+            "[\"modKasse\",0,\"DoIt\",1],\n"
+            "[\"CBon\",2,\"DoIt\",1]]};\r\n");
+  EXPECT_EQ(with["idx-text.js"],
+            "var FolioscopeTexts=[\n"
+            "[\"\",\"Does it.\"],\n"
+            "[\"\",\"Does it.\"]];\r\n");
+  with.erase("idx.js");
+  with.erase("idx-text.js");
+  EXPECT_EQ(with, without);
+
+  using ::testing::Key;
+  EXPECT_THAT(
+      save(DescriptionWithIndex("idx"), 1),
+      ElementsAre(Key("CBon.htm"), Key("CBon_DoIt.htm"), Key("logo.gif"), Key("style.css")));
+  EXPECT_TRUE(events_.messages.empty());
+  EXPECT_EQ(NewFaults(), 0);
+
+  // A name that leads out of the output folder writes nothing.
+  save(DescriptionWithIndex("../idx"), 0);
+  EXPECT_FALSE(std::filesystem::exists(root_ / "idx.js"));
+  ASSERT_EQ(events_.messages.size(), 1u);
+  EXPECT_EQ(events_.messages[0].first,
+            "Der Suchindex '../idx' des Report-Sets wird nicht geschrieben: der Name f\xFChrt "
+            "aus dem Ordner " +
+                OutDir().string() + " heraus.");
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "format/code_format.h"
 
-#include <sys/stat.h>
-
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -10,6 +8,7 @@
 
 #include "format/keyword_resource.h"
 #include "infra/error_handler.h"
+#include "infra/file_stamp.h"
 #include "infra/os_path.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
@@ -53,38 +52,6 @@ std::vector<std::string> SplitInputLines(std::string_view text) {
   }
   if (start < text.size()) lines.emplace_back(text.substr(start));
   return lines;
-}
-
-// What identifies one state of a file on disk.
-struct FileStamp {
-  dev_t device = 0;
-  ino_t inode = 0;
-  off_t size = 0;
-  struct timespec modified {};
-  struct timespec changed {};
-
-  bool operator==(const FileStamp& o) const {
-    return device == o.device && inode == o.inode && size == o.size &&
-           modified.tv_sec == o.modified.tv_sec && modified.tv_nsec == o.modified.tv_nsec &&
-           changed.tv_sec == o.changed.tv_sec && changed.tv_nsec == o.changed.tv_nsec;
-  }
-};
-
-bool StampOf(const std::string& path, FileStamp* stamp) {
-  struct stat st {};
-  if (::stat(OsPath(path).c_str(), &st) != 0) return false;
-  stamp->device = st.st_dev;
-  stamp->inode = st.st_ino;
-  stamp->size = st.st_size;
-#ifdef _WIN32
-  // The Windows C runtime keeps whole seconds only.
-  stamp->modified.tv_sec = st.st_mtime;
-  stamp->changed.tv_sec = st.st_ctime;
-#else
-  stamp->modified = st.st_mtim;
-  stamp->changed = st.st_ctim;
-#endif
-  return true;
 }
 
 // Parsed keyword files, shared by every formatter of the process while the
@@ -134,9 +101,8 @@ void CCodeFormat::LoadKeywords() {
   Trap(kModule, "LoadKeywords", [&] {
     const std::string path = KeywordFilePath();
     if (!file_system_.IsDateiVorhanden(path)) RestoreSourceFile();
-    FileStamp stamp;
-    bool stamped = StampOf(path, &stamp);
-    if (stamped) {
+    const FileStamp stamp = StampOfFile(path);
+    if (stamp.exists) {
       if (auto cached = Cache<KeywordTable>().Find(path, stamp)) {
         keywords_ = std::move(cached);
         return;
@@ -145,7 +111,7 @@ void CCodeFormat::LoadKeywords() {
     auto table = std::make_shared<KeywordTable>();
     table->entries = SplitInputLines(ReadFileText(path));
     table->lookup.insert(table->entries.begin(), table->entries.end());
-    if (stamped) Cache<KeywordTable>().Store(path, stamp, table);
+    if (stamp.exists) Cache<KeywordTable>().Store(path, stamp, table);
     keywords_ = std::move(table);
   });
 }
@@ -265,6 +231,52 @@ bool CCodeFormat::IsKeyword(const std::string& word) {
   return found;
 }
 
+std::string CCodeFormat::MarkKeywords(const std::string& line) {
+  // The blank that ends a word is written before the word, so each line
+  // gains one leading blank and a trailing blank moves to the front.
+  std::string word;
+  std::string result;
+  bool in_string = false;
+  bool string_seen = false;
+  const size_t length = line.size();
+  for (size_t i = 0; i < length; ++i) {
+    const char c = line[i];
+    bool ended = false;
+    if (c == '"') {
+      in_string = !in_string;
+      if (in_string) string_seen = true;
+    }
+    if (in_string) {
+      word += c;
+    } else {
+      if (c != ' ') {
+        word += c;
+      } else {
+        result += ' ';
+        ended = true;
+      }
+      if (i + 1 == length) {
+        result += ' ';
+        ended = true;
+      }
+    }
+    if (!ended) continue;
+    const std::string trimmed = vb::Trim(word);
+    if (string_seen) {
+      result += word;
+      string_seen = false;
+    } else if (trimmed.size() == 1) {
+      result += word;
+    } else if (!trimmed.empty() && IsKeyword(word)) {
+      result += FontElement(KeywordColor) + trimmed + "</FONT>";
+    } else if (!trimmed.empty()) {
+      result += word;
+    }
+    word.clear();
+  }
+  return result;
+}
+
 std::string CCodeFormat::ConvertToHTML(const std::string& source_line) {
   std::string converted;
   Trap(kModule, "ConvertToHTML", [&] {
@@ -280,48 +292,7 @@ std::string CCodeFormat::ConvertToHTML(const std::string& source_line) {
     }
     line = EscapeBrackets(line);
 
-    // The blank that ends a word is written before the word, so each line
-    // gains one leading blank and a trailing blank moves to the front.
-    std::string word;
-    std::string result;
-    bool in_string = false;
-    bool string_seen = false;
-    const size_t length = line.size();
-    for (size_t i = 0; i < length; ++i) {
-      const char c = line[i];
-      bool ended = false;
-      if (c == '"') {
-        in_string = !in_string;
-        if (in_string) string_seen = true;
-      }
-      if (in_string) {
-        word += c;
-      } else {
-        if (c != ' ') {
-          word += c;
-        } else {
-          result += ' ';
-          ended = true;
-        }
-        if (i + 1 == length) {
-          result += ' ';
-          ended = true;
-        }
-      }
-      if (!ended) continue;
-      const std::string trimmed = vb::Trim(word);
-      if (string_seen) {
-        result += word;
-        string_seen = false;
-      } else if (trimmed.size() == 1) {
-        result += word;
-      } else if (!trimmed.empty() && IsKeyword(word)) {
-        result += FontElement(KeywordColor) + trimmed + "</FONT>";
-      } else if (!trimmed.empty()) {
-        result += word;
-      }
-      word.clear();
-    }
+    std::string result = MarkKeywords(line);
     if (line.empty()) result += FontElement(SourceColor) + "&#160;" + "</FONT>";
     result += comment_part.empty() ? std::string("<BR>") : comment_part;
     converted = std::move(result);

@@ -43,6 +43,9 @@ class CCodeFormat {
   void ApplyDefaults();
   void Execute(vb::Dictionary& lines, int32_t& StartLine, int32_t& Endline, bool full_document);
   std::string ConvertToHTML(const std::string& line);
+  // The code part of one line (comment cut off, brackets escaped) with its
+  // keywords in KeywordColor; string literals stay as they are.
+  std::string MarkKeywords(const std::string& line);
   static std::string EscapeBrackets(std::string_view text);
   bool IsKeyword(const std::string& word);
   int32_t GetCommentPos(const std::string& line);

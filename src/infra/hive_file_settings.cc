@@ -1,38 +1,17 @@
 #include "infra/hive_file_settings.h"
 
-#include <sys/stat.h>
-
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "infra/file_stamp.h"
 #include "infra/file_system.h"
 #include "infra/os_path.h"
 #include "infra/registry_hive.h"
 
 namespace folioscope {
 
-bool HiveFileSettings::FileStamp::operator==(const FileStamp& o) const {
-  return exists == o.exists && size == o.size && mtime.tv_sec == o.mtime.tv_sec &&
-         mtime.tv_nsec == o.mtime.tv_nsec && inode == o.inode;
-}
-
 HiveFileSettings::HiveFileSettings(std::string path) : path_(std::move(path)) {}
-
-HiveFileSettings::FileStamp HiveFileSettings::Stamp() const {
-  FileStamp s;
-  struct stat st {};
-  if (::stat(OsPath(path_).c_str(), &st) != 0) return s;
-  s.exists = true;
-  s.size = static_cast<long long>(st.st_size);
-#ifdef _WIN32
-  s.mtime.tv_sec = st.st_mtime;  // whole seconds only
-#else
-  s.mtime = st.st_mtim;
-#endif
-  s.inode = static_cast<unsigned long long>(st.st_ino);
-  return s;
-}
 
 bool HiveFileSettings::LoadForRead() {
   if (read_group_depth_ > 0) {
@@ -43,7 +22,7 @@ bool HiveFileSettings::LoadForRead() {
 }
 
 bool HiveFileSettings::Load() {
-  FileStamp now = Stamp();
+  const FileStamp now = StampOfFile(path_);
   if (loaded_ && now == stamp_) return load_error_.empty();
   loaded_ = true;
   stamp_ = now;
@@ -71,7 +50,7 @@ bool HiveFileSettings::Store(const RegistryTree& changed) {
   if (!parent.empty()) std::filesystem::create_directories(parent, ec);
   if (!WriteFileAtomically(path_, SerializeHive(changed))) return false;
   tree_ = changed;
-  stamp_ = Stamp();
+  stamp_ = StampOfFile(path_);
   return true;
 }
 

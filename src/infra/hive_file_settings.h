@@ -11,9 +11,9 @@
 #ifndef FOLIOSCOPE_INFRA_HIVE_FILE_SETTINGS_H_
 #define FOLIOSCOPE_INFRA_HIVE_FILE_SETTINGS_H_
 
-#include <ctime>
 #include <string>
 
+#include "infra/file_stamp.h"
 #include "infra/registry_tree.h"
 #include "infra/settings_backend.h"
 
@@ -51,14 +51,6 @@ class HiveFileSettings : public SettingsBackend {
   void EndReadGroup() override;
 
  private:
-  struct FileStamp {
-    bool exists = false;
-    long long size = 0;
-    timespec mtime{};
-    unsigned long long inode = 0;
-    bool operator==(const FileStamp& o) const;
-  };
-  FileStamp Stamp() const;
   // Load() for a read: inside a read group only the group's first read
   // looks at the file. Changes always start from a fresh Load(), so that
   // they never write back a stale copy over another program's change.

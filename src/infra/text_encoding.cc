@@ -34,6 +34,10 @@ int ByteOfCodePoint(uint32_t cp) {
 
 }  // namespace
 
+uint32_t CodePointOfCp1252(unsigned char byte) {
+  return byte >= 0x80 && byte < 0xA0 ? kHigh[byte - 0x80] : byte;
+}
+
 std::string Cp1252ToUtf8(std::string_view text) {
   std::string out;
   out.reserve(text.size() + text.size() / 8);

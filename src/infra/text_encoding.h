@@ -15,6 +15,9 @@ namespace folioscope {
 // Windows-1252 (81 8D 8F 90 9D) map to the C1 controls of the same value.
 std::string Cp1252ToUtf8(std::string_view text);
 
+// The code point of one Windows-1252 byte, by the same mapping.
+uint32_t CodePointOfCp1252(unsigned char byte);
+
 // Code points without a Windows-1252 byte become '?'; malformed UTF-8
 // bytes are taken as Windows-1252 bytes.
 std::string Utf8ToCp1252(std::string_view text);

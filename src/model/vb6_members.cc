@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "infra/vb_runtime.h"
@@ -159,6 +160,35 @@ std::unique_ptr<SourceMember> MakeMember(const Declaration& d, const ModuleFile&
   return member;
 }
 
+// The last procedure among `declarations` (events are no procedures), or
+// null when there is none.
+const Declaration* LastProcedure(const std::vector<Declaration>& declarations) {
+  const Declaration* last = nullptr;
+  for (const Declaration& d : declarations) {
+    if (d.parsed.kind == StatementKind::kProcedure) last = &d;
+  }
+  return last;
+}
+
+// The first and last line index of the member `d` declares. An event is its
+// declaration with the comment lines above it; a procedure runs from
+// `next_start` (the line after the previous procedure's End) to its own End
+// line, the last procedure to the end of the file, and moves `next_start`
+// past itself. A procedure without End is reported.
+std::pair<size_t, size_t> MemberLineRange(const std::vector<CodeLine>& lines, const Declaration& d,
+                                          bool is_last_procedure, size_t& next_start,
+                                          const std::string& file_path, Diagnostics* diagnostics) {
+  if (d.parsed.kind == StatementKind::kEvent) return {EventFirstLine(lines, d.first), d.last};
+  const size_t first = next_start;
+  const size_t last = is_last_procedure ? lines.size() - 1 : d.end;
+  if (!d.has_end) {
+    diagnostics->push_back({file_path, lines[d.first].file_line, DiagnosticSeverity::kWarning,
+                            "Prozedurende fehlt: " + d.parsed.name});
+  }
+  next_start = last + 1;
+  return {first, last};
+}
+
 }  // namespace
 
 void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModule* module,
@@ -171,31 +201,13 @@ void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModul
   CopyLines(lines, 0, scan.header_lines, header.get());
   module->Members.Add(std::move(header), "Header");
 
-  // Procedure ranges: each starts after the previous one's End.
   size_t next_start = scan.header_lines;
-  std::vector<size_t> procedure_indexes;
-  for (size_t k = 0; k < scan.declarations.size(); ++k) {
-    if (scan.declarations[k].parsed.kind == StatementKind::kProcedure)
-      procedure_indexes.push_back(k);
-  }
+  const Declaration* last_procedure = LastProcedure(scan.declarations);
   for (const Declaration& d : scan.declarations) {
     const ParsedStatement& p = d.parsed;
     const int32_t file_line = lines[d.first].file_line;
-    size_t first = 0;
-    size_t last = 0;
-    if (p.kind == StatementKind::kEvent) {
-      first = EventFirstLine(lines, d.first);
-      last = d.last;
-    } else {
-      first = next_start;
-      const bool is_last = &d == &scan.declarations[procedure_indexes.back()];
-      last = is_last ? lines.size() - 1 : d.end;
-      if (!d.has_end) {
-        diagnostics->push_back(
-            {file_path, file_line, DiagnosticSeverity::kWarning, "Prozedurende fehlt: " + p.name});
-      }
-      next_start = last + 1;
-    }
+    const auto [first, last] =
+        MemberLineRange(lines, d, &d == last_procedure, next_start, file_path, diagnostics);
     if (p.malformed) {
       diagnostics->push_back(
           {file_path, file_line, DiagnosticSeverity::kWarning,

@@ -11,6 +11,7 @@
 #include "infra/file_system.h"
 #include "infra/os_path.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 #include "model/vb6_declaration.h"
 #include "model/vb6_members.h"
 #include "model/vb6_module_file.h"
@@ -35,23 +36,6 @@ struct ProjectFile {
   std::string revision = "0";
   std::vector<ProjectEntry> entries;
 };
-
-// The .vbp keys that list modules, with the kind text of their components.
-const char* ModuleKind(const std::string& upper_key) {
-  static const char* const kKinds[][2] = {
-      {"FORM", "Form"},
-      {"MODULE", "Module"},
-      {"CLASS", "Class"},
-      {"USERCONTROL", "UserControl"},
-      {"PROPERTYPAGE", "PropertyPage"},
-      {"DESIGNER", "Designer"},
-      {"USERDOCUMENT", "UserDocument"},
-  };
-  for (const auto& kind : kKinds) {
-    if (upper_key == kind[0]) return kind[1];
-  }
-  return nullptr;
-}
 
 std::string Unquote(const std::string& value) {
   if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
@@ -85,8 +69,8 @@ ProjectFile ParseProjectFile(const std::string& bytes) {
       project.minor = VersionPart(value);
     } else if (key == "REVISIONVER") {
       project.revision = VersionPart(value);
-    } else if (const char* kind = ModuleKind(key)) {
-      ProjectEntry entry{kind, "", value, line_number};
+    } else if (const std::optional<ModuleKind> kind = ModuleKindOfProjectKey(key)) {
+      ProjectEntry entry{ModuleKindText(*kind), "", value, line_number};
       const size_t semicolon = value.find(';');
       if (semicolon != std::string::npos) {
         entry.name = vb::Trim(value.substr(0, semicolon));
@@ -226,27 +210,11 @@ void ReadModulesSideBySide(std::vector<ModuleToRead>& modules) {
   for (std::thread& t : threads) t.join();
 }
 
-}  // namespace
-
-ProjectReadResult ReadProject(const std::string& path) {
-  ProjectReadResult result;
-  std::string bytes;
-  if (!ReadBytes(path, &bytes)) {
-    result.diagnostics.push_back(
-        {path, 0, DiagnosticSeverity::kError, "Projektdatei kann nicht gelesen werden."});
-    return result;
-  }
-  const ProjectFile file = ParseProjectFile(bytes);
-  auto project = std::make_unique<SourceProject>();
-  project->Name = file.name;
-  project->Version = file.major + "." + file.minor + "." + file.revision;
-  project->FilePath = path;
+// The module lines of the project file `path`, each with its file resolved
+// in the project's folder, or with the reason it is not read: the file is
+// missing, or it is the project file itself.
+std::vector<ModuleToRead> CheckModuleEntries(const ProjectFile& file, const std::string& path) {
   const std::string folder = FolderOf(path);
-
-  // First the entries are checked in order, then the module files are read
-  // side by side, then everything is put together in the order of the
-  // entries, so diagnostics and modules come out as a reading one by one
-  // would give them.
   std::vector<ModuleToRead> modules(file.entries.size());
   for (size_t k = 0; k < file.entries.size(); ++k) {
     const ProjectEntry& entry = file.entries[k];
@@ -265,34 +233,61 @@ ProjectReadResult ReadProject(const std::string& path) {
           entry.relative_path;
     }
   }
-  ReadModulesSideBySide(modules);
+  return modules;
+}
 
-  for (size_t k = 0; k < file.entries.size(); ++k) {
-    const ProjectEntry& entry = file.entries[k];
-    ModuleToRead& m = modules[k];
-    if (!m.refusal.empty()) {
-      result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kWarning, m.refusal});
-      continue;
-    }
-    if (m.failure) std::rethrow_exception(m.failure);
-    ModuleReadResult& read = m.read;
-    result.diagnostics.insert(result.diagnostics.end(), read.diagnostics.begin(),
-                              read.diagnostics.end());
-    if (!read.module) continue;
-    const std::string module_name = read.module->Name;
-    if (project->Modules.Exists(module_name)) {
-      result.diagnostics.push_back({path, entry.line, DiagnosticSeverity::kError,
-                                    "Modul doppelt vorhanden: " + module_name});
-      continue;
-    }
-    auto component = std::make_unique<SourceComponent>();
-    component->Name = module_name;
-    component->Kind = entry.kind;
-    component->RelativePath = entry.relative_path;
-    component->FilePath = m.full_path;
-    project->Components.Add(std::move(component), module_name);
-    project->Modules.Add(std::move(read.module), module_name);
+// Puts one module line's outcome into `project`: the refusal or the
+// reader's diagnostics, then the module with its component entry unless its
+// name is taken. A fault the reader raised is raised again here.
+void AddModule(ModuleToRead& m, const std::string& path, SourceProject& project,
+               Diagnostics& diagnostics) {
+  const ProjectEntry& entry = *m.entry;
+  if (!m.refusal.empty()) {
+    diagnostics.push_back({path, entry.line, DiagnosticSeverity::kWarning, m.refusal});
+    return;
   }
+  if (m.failure) std::rethrow_exception(m.failure);
+  ModuleReadResult& read = m.read;
+  diagnostics.insert(diagnostics.end(), read.diagnostics.begin(), read.diagnostics.end());
+  if (!read.module) return;
+  const std::string module_name = read.module->Name;
+  if (project.Modules.Exists(module_name)) {
+    diagnostics.push_back(
+        {path, entry.line, DiagnosticSeverity::kError, "Modul doppelt vorhanden: " + module_name});
+    return;
+  }
+  auto component = std::make_unique<SourceComponent>();
+  component->Name = module_name;
+  component->Kind = entry.kind;
+  component->RelativePath = entry.relative_path;
+  component->FilePath = m.full_path;
+  project.Components.Add(std::move(component), module_name);
+  project.Modules.Add(std::move(read.module), module_name);
+}
+
+}  // namespace
+
+ProjectReadResult ReadProject(const std::string& path) {
+  ProjectReadResult result;
+  std::string bytes;
+  if (!ReadBytes(path, &bytes)) {
+    result.diagnostics.push_back(
+        {path, 0, DiagnosticSeverity::kError, "Projektdatei kann nicht gelesen werden."});
+    return result;
+  }
+  const ProjectFile file = ParseProjectFile(bytes);
+  auto project = std::make_unique<SourceProject>();
+  project->Name = file.name;
+  project->Version = file.major + "." + file.minor + "." + file.revision;
+  project->FilePath = path;
+
+  // First the entries are checked in order, then the module files are read
+  // side by side, then everything is put together in the order of the
+  // entries, so diagnostics and modules come out as a reading one by one
+  // would give them.
+  std::vector<ModuleToRead> modules = CheckModuleEntries(file, path);
+  ReadModulesSideBySide(modules);
+  for (ModuleToRead& m : modules) AddModule(m, path, *project, result.diagnostics);
   result.project = std::move(project);
   return result;
 }

@@ -151,9 +151,11 @@ TEST(Vb6Members, LineRangesFollowTheIde) {
   EXPECT_EQ(read.module->Members.Item(1).LineCount, 3);
 }
 
-TEST(Vb6Members, StatementsThatLookLikeDeclarations) {
-  TestFolder folder;
-  const std::string text = Crlf({
+// A module whose lines look like declarations in every way that is not one:
+// Declare, Enum and Type blocks, names and comments that hold keywords,
+// "End Sub" inside strings and conditional blocks, line continuations.
+std::string TrickyModuleText() {
+  return Crlf({
       "Attribute VB_Name = \"modTricky\"",
       "Private Declare Function GetTickCount Lib \"kernel32\" () As Long",
       "Public Declare Sub Sleep Lib \"kernel32\" (ByVal ms As Long)",
@@ -192,6 +194,11 @@ TEST(Vb6Members, StatementsThatLookLikeDeclarations) {
       "                       As Collection",
       "End Function",
   });
+}
+
+TEST(Vb6Members, StatementsThatLookLikeDeclarations) {
+  TestFolder folder;
+  const std::string text = TrickyModuleText();
   ModuleReadResult read = ReadText(folder, text, "modTricky.bas");
   ASSERT_TRUE(read.module);
   EXPECT_TRUE(read.diagnostics.empty());
@@ -224,7 +231,13 @@ TEST(Vb6Members, StatementsThatLookLikeDeclarations) {
   const SourceMember& header = m.Members.Item("Header");
   EXPECT_EQ(header.Kind, "");
   EXPECT_EQ(header.Scope, "");
+}
 
+TEST(Vb6Members, ParametersOfTrickyDeclarations) {
+  TestFolder folder;
+  ModuleReadResult read = ReadText(folder, TrickyModuleText(), "modTricky.bas");
+  ASSERT_TRUE(read.module);
+  const SourceModule& m = *read.module;
   const SourceMember& joined = m.Members.Item("Joined");
   ASSERT_EQ(joined.Parameters.Count(), 3);
   EXPECT_EQ(joined.LineCount, 5);  // the physical lines stay apart

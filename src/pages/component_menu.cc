@@ -9,27 +9,27 @@
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 
 namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kMenuFile = "Menu.htm";
 
 struct MenuNode {
-  const char* kind;
+  ModuleKind kind;
   const char* caption_key;
   const char* icon_id;
   const char* element_id;
 };
 
 constexpr MenuNode kMenuNodes[] = {
-    {"Class", "&&&FS_FrameLinksUnten_Classes&&&", "MenuIcon1", "Element1"},
-    {"Form", "&&&FS_FrameLinksUnten_Forms&&&", "MenuIcon2", "Element2"},
-    {"Module", "&&&FS_FrameLinksUnten_Moduls&&&", "MenuIcon3", "Element3"},
-    {"UserControl", "&&&FS_FrameLinksUnten_UserControls&&&", "MenuIcon4", "Element4"},
-    {"PropertyPage", "&&&FS_FrameLinksUnten_PropertyPages&&&", "MenuIcon5", "Element5"},
+    {ModuleKind::kClass, "&&&FS_FrameLinksUnten_Classes&&&", "MenuIcon1", "Element1"},
+    {ModuleKind::kForm, "&&&FS_FrameLinksUnten_Forms&&&", "MenuIcon2", "Element2"},
+    {ModuleKind::kModule, "&&&FS_FrameLinksUnten_Moduls&&&", "MenuIcon3", "Element3"},
+    {ModuleKind::kUserControl, "&&&FS_FrameLinksUnten_UserControls&&&", "MenuIcon4", "Element4"},
+    {ModuleKind::kPropertyPage, "&&&FS_FrameLinksUnten_PropertyPages&&&", "MenuIcon5", "Element5"},
 };
 
 // One node head and its module links, closed by the "</DIV>" that ends the
@@ -44,7 +44,7 @@ void AppendNode(std::string& menu, CRessource& res, const SourceProject& project
   menu += head;
   for (int32_t i = 1; i <= project.Components.Count(); ++i) {
     const SourceComponent& component = project.Components.Item(i);
-    if (component.Kind != node.kind) continue;
+    if (ModuleKindOfText(component.Kind) != node.kind) continue;
     std::string line = res.IndexFrameLinksModul();
     vb::ReplaceAll(line, "&&&FS_FrameLinksModul_InhaltsFrame&&&", component.Name + ".htm");
     vb::ReplaceAll(line, "&&&FS_FrameLinksModul_ModulName&&&", component.Name);

@@ -13,7 +13,6 @@ namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kIndexFile = "_Index.htm";
 constexpr const char* kLogoFile = "Logo.htm";
 

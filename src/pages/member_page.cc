@@ -18,14 +18,13 @@
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 #include "pages/page_file_guard.h"
 #include "pages/template_fill.h"
 
 namespace folioscope {
 
 namespace {
-
-constexpr const char* kClass = "CFolioscope";
 
 // The language key of the member's scope word. Scopes compare exactly, in
 // the order of the scope codes; anything else is the declarations section.
@@ -89,8 +88,104 @@ std::string ParameterRow(CRessource& res, const SourceParameter& p,
   return row;
 }
 
+// The top and bottom templates with what the switches show, the language
+// texts and the report-set values; the member's own tokens come later.
+void FillMemberFrames(CRessource& res, std::string& top, std::string& bottom,
+                      const SourceMember& member, int32_t show_intern_description,
+                      int32_t show_help_context_id, const std::string& file_prefix) {
+  std::string intern_description;
+  if (show_intern_description > 0) intern_description = member.Description;
+  std::string help_context;
+  if (show_help_context_id > 0) {
+    help_context = LanguageText(res, "&&&FS_MemberInhaltOben_HelpKontextID&&&") + " " +
+                   vb::CStr(member.HelpContextId);
+  }
+  ReplaceEachInOrder(top, {{"&&&FS_MemberInhaltOben_InternDescription&&&", intern_description},
+                           {"&&&FS_MemberInhaltOben_HelpKontextID&&&", help_context}});
+  FillSpecificLanguage(top, res);
+  FillSpecificLanguage(bottom, res);
+  FillPlaceHolders(top, res, file_prefix);
+  FillPlaceHolders(bottom, res, file_prefix);
+}
+
+// The member kind the page shows: none for the declarations section, the
+// language's word for an outgoing event, else the model's kind.
+std::string MemberKindText(CRessource& res, const SourceMember& member, bool is_header) {
+  if (is_header) return "";
+  return member.Kind == "OutEvent" ? LanguageText(res, "&&&Allgemein_OutEvent&&&") : member.Kind;
+}
+
+// One row per parameter; each parameter's name also goes into `syntax`
+// (optional ones in brackets), which is closed unless the member is a
+// property assignment.
+std::string ParameterRowsAndSyntax(CRessource& res, const SourceMember& member,
+                                   const std::string& file_prefix, std::string& syntax) {
+  std::string rows;
+  const int32_t count = member.Parameters.Count();
+  for (int32_t i = 1; i <= count; ++i) {
+    const SourceParameter& p = member.Parameters.Item(i);
+    rows += ParameterRow(res, p, file_prefix);
+    syntax += p.Optional ? "[" + p.Name + "]" : p.Name;
+    if (i < count) syntax += ", ";
+  }
+  const std::string form = vb::Trim(member.PropertyForm);
+  if (count > 0 && form != "Set" && form != "Let") syntax += ")";
+  return rows;
+}
+
+// The values of the top template's member tokens.
+struct MemberTopValues {
+  std::string_view project_name;
+  std::string_view module_name;
+  std::string_view kind;
+  std::string_view scope_word;
+  std::string_view summary;
+  std::string_view code;
+  std::string_view return_type;
+  std::string_view syntax;
+  bool is_header;           // named "Header" exactly
+  bool is_header_any_case;  // named "Header" in any case
+};
+
+// The member's tokens go into the top template in one pass, in the order
+// a replace-all per token would take; the scope word's token appears twice
+// in that order, and the declarations section skips its first turn.
+void FillMemberTop(std::string& top, const SourceMember& member, const MemberTopValues& v) {
+  std::vector<TokenReplacement> tokens = {
+      {"&&&FS_MemberInhaltOben_AnwendungsName&&&", v.project_name},
+      {"&&&FS_MemberInhaltOben_KlassenName&&&", v.module_name},
+      {"&&&FS_MemberInhaltOben_Title&&&", member.Name},
+      {"&&&FS_MemberInhaltOben_MemberTyp&&&", v.kind}};
+  if (!v.is_header) tokens.push_back({"&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", v.scope_word});
+  tokens.push_back(
+      {"&&&FS_MemberInhaltOben_MemberName&&&", v.is_header ? std::string_view() : member.Name});
+  tokens.insert(tokens.end(), {{"&&&FS_MemberInhaltOben_MemberSummary&&&", v.summary},
+                               {"&&&FS_MemberInhaltOben_ExampleCode&&&", v.code},
+                               {"&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", v.scope_word},
+                               {"&&&FS_MemberInhaltOben_MemberRueckgabe&&&", v.return_type},
+                               {"&&&FS_MemberInhaltOben_Syntax&&&",
+                                v.is_header_any_case ? std::string_view() : v.syntax}});
+  ReplaceEachInOrder(top, tokens);
+}
+
+// The remarks and returns readers run last; their texts and the return
+// type go into the bottom template.
+void FillMemberBottom(std::string& bottom, SourceMember& member, std::string_view return_type,
+                      CRemarks& remarks, CReturns& returns) {
+  remarks.GetRemarks(member);
+  returns.GetReturns(member);
+  const std::string remarks_text = remarks.RemarksContent();
+  const std::string returns_text = returns.ReturnsContent();
+  ReplaceEachInOrder(bottom, {{"&&&FS_MemberInhaltUnten_MemberRueckgabe&&&", return_type},
+                              {"&&&FS_MemberInhaltUnten_MemberRemarks&&&", remarks_text},
+                              {"&&&FS_MemberInhaltUnten_RueckgabeBeschreibung&&&", returns_text}});
+}
+
 }  // namespace
 
+// The readers and language texts run in a fixed order, which the steps
+// below keep: a language text read for the first time joins the language
+// dictionary and so the templates filled after it.
 std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
                                               const std::string& ProjektName,
                                               const std::string& ModulName) {
@@ -113,78 +208,26 @@ std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
     std::string top = res.MemberInhaltOben();
     std::string bottom = res.MemberInhaltUnten();
     params.GetParam(member);
-
     const std::string scope_word = LanguageText(res, ScopeWordKey(member.Scope));
-    const bool class_like = RequireProject(Projekt).Components.Item(ModulName).Kind != "Module";
+    const bool class_like =
+        ModuleKindOfText(RequireProject(Projekt).Components.Item(ModulName).Kind) !=
+        ModuleKind::kModule;
     std::string syntax = SyntaxOpening(res, member, class_like);
+    FillMemberFrames(res, top, bottom, member, ShowVBInternDescription, ShowHelpContextID,
+                     file_prefix);
 
-    std::string intern_description;
-    if (ShowVBInternDescription > 0) intern_description = member.Description;
-    std::string help_context;
-    if (ShowHelpContextID > 0) {
-      help_context = LanguageText(res, "&&&FS_MemberInhaltOben_HelpKontextID&&&") + " " +
-                     vb::CStr(member.HelpContextId);
-    }
-    ReplaceEachInOrder(top, {{"&&&FS_MemberInhaltOben_InternDescription&&&", intern_description},
-                             {"&&&FS_MemberInhaltOben_HelpKontextID&&&", help_context}});
-
-    FillSpecificLanguage(top, res);
-    FillSpecificLanguage(bottom, res);
-    FillPlaceHolders(top, res, file_prefix);
-    FillPlaceHolders(bottom, res, file_prefix);
-
-    // The readers and language texts run in their fixed order first; the
-    // member's own tokens then go into each template in one pass, in the
-    // order a replace-all per token would take.
-    std::string kind;
-    if (!is_header) {
-      kind =
-          member.Kind == "OutEvent" ? LanguageText(res, "&&&Allgemein_OutEvent&&&") : member.Kind;
-    }
+    const std::string kind = MemberKindText(res, member, is_header);
     summary.GetSummary(member);
     code.SetGetAsPraeformated(true);
     code.GetCode(member);
     const std::string return_type = is_header_any_case ? "" : member.ReturnType;
-
-    std::string rows;
-    const int32_t count = member.Parameters.Count();
-    for (int32_t i = 1; i <= count; ++i) {
-      const SourceParameter& p = member.Parameters.Item(i);
-      rows += ParameterRow(res, p, file_prefix);
-      syntax += p.Optional ? "[" + p.Name + "]" : p.Name;
-      if (i < count) syntax += ", ";
-    }
-    const std::string form = vb::Trim(member.PropertyForm);
-    if (count > 0 && form != "Set" && form != "Let") syntax += ")";
-
-    std::vector<TokenReplacement> top_tokens = {
-        {"&&&FS_MemberInhaltOben_AnwendungsName&&&", ProjektName},
-        {"&&&FS_MemberInhaltOben_KlassenName&&&", ModulName},
-        {"&&&FS_MemberInhaltOben_Title&&&", member.Name},
-        {"&&&FS_MemberInhaltOben_MemberTyp&&&", kind}};
-    if (!is_header)
-      top_tokens.push_back({"&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", scope_word});
-    top_tokens.push_back(
-        {"&&&FS_MemberInhaltOben_MemberName&&&", is_header ? std::string_view() : member.Name});
+    const std::string rows = ParameterRowsAndSyntax(res, member, file_prefix, syntax);
     const std::string summary_text = summary.SumaryContent();
     const std::string code_text = code.CodeContent();
-    top_tokens.insert(
-        top_tokens.end(),
-        {{"&&&FS_MemberInhaltOben_MemberSummary&&&", summary_text},
-         {"&&&FS_MemberInhaltOben_ExampleCode&&&", code_text},
-         {"&&&FS_MemberInhaltOben_MemberGueltigkeit&&&", scope_word},
-         {"&&&FS_MemberInhaltOben_MemberRueckgabe&&&", return_type},
-         {"&&&FS_MemberInhaltOben_Syntax&&&", is_header_any_case ? std::string_view() : syntax}});
-    ReplaceEachInOrder(top, top_tokens);
-
-    remarks.GetRemarks(member);
-    returns.GetReturns(member);
-    const std::string remarks_text = remarks.RemarksContent();
-    const std::string returns_text = returns.ReturnsContent();
-    ReplaceEachInOrder(bottom,
-                       {{"&&&FS_MemberInhaltUnten_MemberRueckgabe&&&", return_type},
-                        {"&&&FS_MemberInhaltUnten_MemberRemarks&&&", remarks_text},
-                        {"&&&FS_MemberInhaltUnten_RueckgabeBeschreibung&&&", returns_text}});
+    FillMemberTop(top, member,
+                  {ProjektName, ModulName, kind, scope_word, summary_text, code_text, return_type,
+                   syntax, is_header, is_header_any_case});
+    FillMemberBottom(bottom, member, return_type, remarks, returns);
     result = top + rows + bottom;
   });
   return result;

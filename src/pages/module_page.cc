@@ -13,26 +13,39 @@
 #include "engine/folioscope.h"
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
+#include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 #include "pages/page_file_guard.h"
+#include "pages/search_index.h"
 #include "pages/template_fill.h"
 
 namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
-
 // The language key naming a module kind; kinds compare exactly, and an
 // unknown kind has no text.
 const char* KindTextKey(const std::string& kind) {
-  if (kind == "Module") return "&&&FS_ModulInhaltOben_StdModul&&&";
-  if (kind == "Class") return "&&&FS_ModulInhaltOben_CModul&&&";
-  if (kind == "Form") return "&&&FS_ModulInhaltOben_Form&&&";
-  if (kind == "UserControl") return "&&&FS_ModulInhaltOben_UserControl&&&";
-  if (kind == "PropertyPage") return "&&&FS_ModulInhaltOben_PropertyPage&&&";
-  if (kind == "Designer") return "&&&FS_ModulInhaltOben_Designer&&&";
+  const std::optional<ModuleKind> known = ModuleKindOfText(kind);
+  if (!known) return nullptr;
+  switch (*known) {
+    case ModuleKind::kModule:
+      return "&&&FS_ModulInhaltOben_StdModul&&&";
+    case ModuleKind::kClass:
+      return "&&&FS_ModulInhaltOben_CModul&&&";
+    case ModuleKind::kForm:
+      return "&&&FS_ModulInhaltOben_Form&&&";
+    case ModuleKind::kUserControl:
+      return "&&&FS_ModulInhaltOben_UserControl&&&";
+    case ModuleKind::kPropertyPage:
+      return "&&&FS_ModulInhaltOben_PropertyPage&&&";
+    case ModuleKind::kDesigner:
+      return "&&&FS_ModulInhaltOben_Designer&&&";
+    case ModuleKind::kUserDocument:
+      break;  // no text of its own
+  }
   return nullptr;
 }
 
@@ -56,9 +69,10 @@ std::string LabelledFact(CRessource& res, const char* key, bool on, const std::s
 }
 
 // The filled head; `foot` receives the foot template with the report-set
-// values already in place.
+// values already in place. The module goes into `index` when there is one.
 std::string BuildHead(CRessource& res, SourceProject& project, SourceModule& module,
-                      const ModuleSwitches& sw, const std::string& file_prefix, std::string& foot) {
+                      const ModuleSwitches& sw, const std::string& file_prefix, std::string& foot,
+                      SearchIndex* index) {
   CSummary summary;
   const SourceComponent& component = project.Components.Item(module.Name);
   const char* kind_key = KindTextKey(component.Kind);
@@ -92,6 +106,7 @@ std::string BuildHead(CRessource& res, SourceProject& project, SourceModule& mod
 
   summary.GetSummary(module.Members.Item(1));
   vb::ReplaceAll(head, "&&&FS_ModulInhaltOben_ModuleSummary&&&", summary.SumaryContent());
+  if (index != nullptr) index->AddModule(module.Name, component.Kind, summary.SumaryContent());
   return head;
 }
 
@@ -141,8 +156,9 @@ std::string CFolioscope::GetModulContentSite(const std::string& ModulName) {
                             ShowHelpContextID,  ShowVBInternDescription, ToolBarPublicValue,
                             ToolBarFriendValue, ToolBarPrivateValue};
     std::string foot;
-    std::string page = BuildHead(res, project, module, sw,
-                                 ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_), foot);
+    std::string page =
+        BuildHead(res, project, module, sw,
+                  ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_), foot, nullptr);
     ForEachListedMember(module, sw,
                         [&](int32_t i) { page += GetMemberForModuleContent(i, ModulName, false); });
     result = page + FinishFoot(res, module, foot);
@@ -150,7 +166,7 @@ std::string CFolioscope::GetModulContentSite(const std::string& ModulName) {
   return result;
 }
 
-int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t SaveMode,
+int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t save_mode,
                                            int32_t Position) {
   Trap(kClass, "WriteModulContentSite", [&] {
     CurrentPlatform().PumpMessages();
@@ -161,7 +177,7 @@ int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t SaveMod
     if (chm_mode_) {
       chm_file_list_ += module_file + "\r\n";
       std::string item = GetTOCItem();
-      if (SaveMode != 0) {
+      if (static_cast<SaveMode>(save_mode) != SaveMode::kWholeProject) {
         item = "<ul>" + item;
       } else if (Position != 1) {
         item = "</ul>" + item;
@@ -175,7 +191,7 @@ int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t SaveMod
                             ShowHelpContextID,  ShowVBInternDescription, ToolBarPublicValue,
                             ToolBarFriendValue, ToolBarPrivateValue};
     std::string foot;
-    std::string page = BuildHead(res, project, Module, sw, "", foot);
+    std::string page = BuildHead(res, project, Module, sw, "", foot, search_index_.get());
     ForEachListedMember(Module, sw, [&](int32_t i) {
       SourceMember& member = Module.Members.Item(i);
       std::string line = GetMemberForModuleContent(i, Module.Name, true);
@@ -214,6 +230,11 @@ std::string CFolioscope::GetMemberForModuleContent(int32_t MemberIndex,
     vb::ReplaceAll(text, "&&&FS_ModulInhaltMitte_MemberSummary&&&", summary.SumaryContent());
     vb::ReplaceAll(text, "&&&FS_ModulInhaltMitte_Einfuegung&&&",
                    summary.SumaryContent().empty() ? "" : "<br><br>");
+    // A line with a link is one whose member page this save writes.
+    if (Link && search_index_ != nullptr &&
+        IsSafeFileName(MemberPageFileName(ModulName, member.Name))) {
+      search_index_->AddMember(member.Name, member.Kind, summary.SumaryContent());
+    }
     line = text;
   });
   return line;

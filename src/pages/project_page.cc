@@ -2,6 +2,7 @@
 // each kind it has and how many source lines. GetProjektSite builds it for a
 // preview, WriteProjekt writes "Projekt.htm" during a save and on its way
 // through the modules has every module page written.
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -11,41 +12,29 @@
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "model/module_kinds.h"
 
 namespace folioscope {
 
 namespace {
 
-constexpr const char* kClass = "CFolioscope";
 constexpr const char* kProjectFile = "Projekt.htm";
 constexpr const char* kCrLf = "\r\n";
 
 // Module counts of one project, in the order the page lists them.
 struct ModuleCounts {
-  int32_t forms = 0;
-  int32_t moduls = 0;
-  int32_t classes = 0;
-  int32_t user_controls = 0;
-  int32_t property_pages = 0;
-  int32_t designers = 0;
+  int32_t of_kind[std::size(kModuleKindNames)] = {};
   int32_t total_lines = 0;
+
+  int32_t Of(ModuleKind kind) const { return of_kind[static_cast<int>(kind)]; }
 };
 
 // Adds one module: its kind to the matching group (kinds compare exactly; an
 // unknown kind counts in no group) and its lines to the total.
 void CountModule(ModuleCounts& counts, const std::string& kind, int32_t lines) {
-  if (kind == "Class") {
-    counts.classes = vb::AddLong(counts.classes, 1);
-  } else if (kind == "Form") {
-    counts.forms = vb::AddLong(counts.forms, 1);
-  } else if (kind == "Module") {
-    counts.moduls = vb::AddLong(counts.moduls, 1);
-  } else if (kind == "UserControl") {
-    counts.user_controls = vb::AddLong(counts.user_controls, 1);
-  } else if (kind == "PropertyPage") {
-    counts.property_pages = vb::AddLong(counts.property_pages, 1);
-  } else if (kind == "Designer") {
-    counts.designers = vb::AddLong(counts.designers, 1);
+  if (const std::optional<ModuleKind> known = ModuleKindOfText(kind)) {
+    int32_t& count = counts.of_kind[static_cast<int>(*known)];
+    count = vb::AddLong(count, 1);
   }
   counts.total_lines = vb::AddLong(counts.total_lines, lines);
 }
@@ -64,12 +53,12 @@ std::string BuildContent(const ModuleCounts& counts, vb::Dictionary& language, b
     int32_t count;
   };
   const Group groups[] = {
-      {"&&&FS_Projekt_CountForms&&&", counts.forms},
-      {"&&&FS_Projekt_CountModuls&&&", counts.moduls},
-      {"&&&FS_Projekt_CountClasses&&&", counts.classes},
-      {"&&&FS_Projekt_CountUserControls&&&", counts.user_controls},
-      {"&&&FS_Projekt_CountPropertyPages&&&", counts.property_pages},
-      {"&&&FS_Projekt_CountDesigners&&&", counts.designers},
+      {"&&&FS_Projekt_CountForms&&&", counts.Of(ModuleKind::kForm)},
+      {"&&&FS_Projekt_CountModuls&&&", counts.Of(ModuleKind::kModule)},
+      {"&&&FS_Projekt_CountClasses&&&", counts.Of(ModuleKind::kClass)},
+      {"&&&FS_Projekt_CountUserControls&&&", counts.Of(ModuleKind::kUserControl)},
+      {"&&&FS_Projekt_CountPropertyPages&&&", counts.Of(ModuleKind::kPropertyPage)},
+      {"&&&FS_Projekt_CountDesigners&&&", counts.Of(ModuleKind::kDesigner)},
   };
   std::string content;
   for (const Group& g : groups) {
