@@ -42,6 +42,23 @@ no_compiler=$work/no-such-dir/chmcmd
 # less_than A B: true when the number A is below B (or B is empty).
 less_than() { [ -z "$2" ] || awk -v a="$1" -v b="$2" 'BEGIN { exit !(a < b) }'; }
 
+# timed_round LABEL COMMAND...: one run of COMMAND under /usr/bin/time;
+# keeps it as "wall user sys maxrss_kb" in $work/LABEL.time when it is the
+# fastest since that file was removed, and leaves its exit status in $status.
+timed_round() {
+  local label=$1 last
+  shift
+  status=0
+  /usr/bin/time -f "%e %U %S %M" -o "$work/$label.run" "$@" \
+    >/dev/null 2>"$work/$label.log" || status=$?
+  last=$(tail -n 1 "$work/$label.run")
+  rm -f "$work/$label.run"
+  if [ ! -e "$work/$label.time" ] ||
+     less_than "${last%% *}" "$(cut -d' ' -f1 "$work/$label.time")"; then
+    echo "$last" >"$work/$label.time"
+  fi
+}
+
 # run_timed LABEL OUT -- COMMAND...: runs COMMAND once untimed, then
 # $BENCH_REPEAT rounds (default 3) of: the write floor of the output just
 # made, then COMMAND under /usr/bin/time. Floor and command take turns, so
@@ -53,8 +70,8 @@ less_than() { [ -z "$2" ] || awk -v a="$1" -v b="$2" 'BEGIN { exit !(a < b) }'; 
 run_timed() {
   local label=$1 out=$2
   shift 3
-  local status=0 run best="" best_floor="" floor_line
-  rm -rf "$out"
+  local status=0 run best_floor="" floor_line
+  rm -rf "$out" "$work/$label.time"
   "$@" >/dev/null 2>"$work/$label.log" || true
   for ((run = 0; run < ${BENCH_REPEAT:-3}; run++)); do
     floor_line=$("$build/write_floor" "$out" "$work/floor-$label" --repeat 1 2>/dev/null |
@@ -64,16 +81,8 @@ run_timed() {
       echo "$floor_line" >"$work/$label.floor"
     fi
     rm -rf "$work/floor-$label" "$out"
-    status=0
-    /usr/bin/time -f "%e %U %S %M" -o "$work/$label.run" "$@" \
-      >/dev/null 2>"$work/$label.log" || status=$?
-    tail -n 1 "$work/$label.run" >"$work/$label.last"
-    if less_than "$(cut -d' ' -f1 "$work/$label.last")" "$best"; then
-      best=$(cut -d' ' -f1 "$work/$label.last")
-      cp "$work/$label.last" "$work/$label.time"
-    fi
+    timed_round "$label" "$@"
   done
-  rm -f "$work/$label.run" "$work/$label.last"
   echo "$status" >"$work/$label.status"
 }
 
@@ -82,20 +91,13 @@ run_timed() {
 # user sys maxrss_kb" in $work/LABEL.time and the last exit status in
 # $work/LABEL.status. For commands that write no files.
 time_best() {
-  local label=$1 status=0 run best=""
+  local label=$1 status=0 run
   shift 2
+  rm -f "$work/$label.time"
   "$@" >/dev/null 2>"$work/$label.log" || true
   for ((run = 0; run < ${BENCH_REPEAT:-3}; run++)); do
-    status=0
-    /usr/bin/time -f "%e %U %S %M" -o "$work/$label.run" "$@" \
-      >/dev/null 2>"$work/$label.log" || status=$?
-    tail -n 1 "$work/$label.run" >"$work/$label.last"
-    if less_than "$(cut -d' ' -f1 "$work/$label.last")" "$best"; then
-      best=$(cut -d' ' -f1 "$work/$label.last")
-      cp "$work/$label.last" "$work/$label.time"
-    fi
+    timed_round "$label" "$@"
   done
-  rm -f "$work/$label.run" "$work/$label.last"
   echo "$status" >"$work/$label.status"
 }
 
