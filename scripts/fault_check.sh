@@ -83,6 +83,7 @@ for entry in "${faults[@]}" "$com_fault"; do
     fi
   fi
   mv "$file.fault-orig" "$file"
+  touch "$file"  # newer than the faulty build, so that it is rebuilt
 done
 cmake --build build -j2 >/dev/null
 exit $missed
