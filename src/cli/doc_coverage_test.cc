@@ -7,7 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "doccomments/reader_test_support.h"
+#include "infra/error_handler.h"
+#include "infra/recording_platform.h"
+#include "infra/test_folder.h"
+#include "infra/test_progress.h"
 #include "model/vb6_reader.h"
 
 namespace folioscope {
@@ -61,8 +64,10 @@ const Case kCases[] = {
 
 // Reads a one-module project from the module's code, the way the project
 // reader reads it.
-class DocCoverageTest : public testing_support::ReaderTest {
+class DocCoverageTest : public ::testing::Test {
  protected:
+  DocCoverageTest() : platform_(folder_.string()), scoped_(&platform_) {}
+
   std::unique_ptr<SourceProject> ReadOneModuleProject(const std::string& code) {
     std::ofstream(folder_ / "Module1.bas", std::ios::binary) << "Attribute VB_Name = \"Module1\"\n"
                                                              << code << "\n";
@@ -70,6 +75,13 @@ class DocCoverageTest : public testing_support::ReaderTest {
         << "Type=Exe\r\nModule=Module1; Module1.bas\r\nName=\"P\"\r\n";
     return std::move(ReadProject((folder_ / "P.vbp").string()).project);
   }
+
+  TestFolder scratch_;
+  const std::filesystem::path folder_ = scratch_.path();
+  RecordingPlatform platform_;
+  ScopedPlatform scoped_;
+  ProgressRecorder progress_;
+  const int64_t reports_before_ = CErrorHandler::Instance().ReportCount();
 };
 
 std::vector<int64_t> Fields(const CoverageCounts& c) {
@@ -91,10 +103,10 @@ TEST_F(DocCoverageTest, CountsWhatTheReportShowsAndNamesWhereItFails) {
   }
   // Messages and faults went to the findings, not to the host's channel or
   // the error log; afterwards the host's channel is in place again.
-  EXPECT_TRUE(Messages().empty());
-  EXPECT_EQ(0, FaultsReported());
+  EXPECT_TRUE(progress_.messages.empty());
+  EXPECT_EQ(reports_before_, CErrorHandler::Instance().ReportCount());
   AddLog("after", kIconProgress);
-  EXPECT_EQ(1u, Messages().size());
+  EXPECT_EQ(1u, progress_.messages.size());
 }
 
 }  // namespace

@@ -1,20 +1,17 @@
 #include "cli/host_settings.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
 
 #include "cli/host.h"
 #include "infra/registry.h"
+#include "infra/test_folder.h"
 
 namespace folioscope {
 namespace {
 
 TEST(HostSettings, OptionsOverHiveOverDefaultsAndWritesReachOnlyTheHive) {
-  std::string path = std::filesystem::temp_directory_path() /
-                     ("host_settings_" + std::to_string(::getpid()) + ".reg");
-  std::filesystem::remove(path);
+  TestFolder folder;
+  const std::string path = (folder.path() / "settings.reg").string();
   {
     GlobalOptions none;
     std::string error;
@@ -46,7 +43,6 @@ TEST(HostSettings, OptionsOverHiveOverDefaultsAndWritesReachOnlyTheHive) {
   EXPECT_EQ("", CRegistry(&layered.hive())
                     .ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", ""))
       << "options never reach the hive";
-  std::filesystem::remove(path);
 }
 
 TEST(HostSettings, MalformedOptionsAreUsageErrors) {

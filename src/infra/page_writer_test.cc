@@ -1,12 +1,12 @@
 #include "infra/page_writer.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
 
 #include "infra/file_system.h"
+#include "infra/test_folder.h"
 
 namespace folioscope {
 namespace {
@@ -15,15 +15,9 @@ namespace fs = std::filesystem;
 
 class PageWriterTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    dir_ = fs::temp_directory_path() / ("fs_page_writer_" + std::to_string(::getpid()));
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-  std::string Path(const std::string& name) const { return (dir_ / name).string(); }
+  std::string Path(const std::string& name) const { return (dir_.path() / name).string(); }
 
-  fs::path dir_;
+  TestFolder dir_;
 };
 
 // Pages land in the order they were handed over, so a replace followed by
@@ -49,7 +43,7 @@ TEST_F(PageWriterTest, WritesInOrderWithTheBytesOfADirectWrite) {
 // raises and the procedure that handed it over; the pages after it are
 // still written, and each failure is given back once.
 TEST_F(PageWriterTest, FailuresComeBackOnceWithErrorAndProcedure) {
-  fs::create_directories(dir_ / "taken.htm");  // a folder where the page should go
+  fs::create_directories(dir_.path() / "taken.htm");  // a folder where the page should go
   PageWriter writer;
   writer.Write(Path("nofolder/x.htm"), "x", false, "WriteMemberContentSite");
   writer.Write(Path("taken.htm"), "x", true, "WriteModulContentSite");

@@ -1,5 +1,5 @@
-// Reader tests on the shapes of file VB6 writes, on bad input, and on the
-// Kontor sample project.
+// Reader tests: the module files of tests/examples/vb6_modules.txt, the
+// statement reading, bad input, project files and the Kontor sample project.
 #include "model/vb6_reader.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "infra/test_examples.h"
 #include "infra/test_folder.h"
 #include "model/vb6_declaration.h"
 
@@ -23,242 +24,82 @@ std::string Crlf(const std::vector<std::string>& lines) {
   return text;
 }
 
-std::vector<std::string> CodeLines(const SourceModule& module) {
-  std::vector<std::string> lines;
-  for (int32_t i = 1; i <= module.CodeLines.Count(); ++i) {
-    lines.push_back(const_cast<SourceModule&>(module).CodeLines.Item(i));
-  }
-  return lines;
-}
-
-std::vector<std::string> MemberNames(const SourceModule& module) {
-  std::vector<std::string> names;
-  for (const auto& member : module.Members) names.push_back(member->Name);
-  return names;
-}
-
 ModuleReadResult ReadText(const TestFolder& folder, const std::string& bytes,
                           const std::string& file = "Test.cls") {
   return ReadModuleFile(folder.Write(file, bytes), "Class", "Test");
 }
 
-TEST(Vb6ModuleFile, HidesWhatTheIdeHides) {
-  TestFolder folder;
-  // A form: Object= lines, nested Begin blocks with BeginProperty sections.
-  const std::string form = Crlf({
-      "VERSION 5.00",
-      "Object = \"{831FDD16-0C5C-11D2-A9FC-0000F8754DA1}#2.0#0\"; \"MSCOMCTL.OCX\"",
-      "Begin VB.Form frmTest ",
-      "   Caption         =   \"Test\"",
-      "   Begin VB.Frame fra ",
-      "      Begin VB.CommandButton cmd ",
-      "         Caption = \"End\"",
-      "      End",
-      "   End",
-      "   Begin MSComctlLib.ListView lvw ",
-      "      BeginProperty Font {0BE35203-8F91-11CE-9DE3-00AA004BB851} ",
-      "         Name = \"Tahoma\"",
-      "      EndProperty",
-      "   End",
-      "End",
-      "Attribute VB_Name = \"frmTest\"",
-      "Attribute VB_Description = \"Ein Fenster f\xFCr Tests.\"",
-      "Attribute VB_HelpID = 77",
-      "Option Explicit",
-      "Private Sub Form_Load()",
-      "Attribute Form_Load.VB_Description = \"L\344dt.\"",
-      "    Caption = \"x\"  ",
-      "End Sub",
-  });
-  ModuleReadResult read = ReadText(folder, form, "frmTest.frm");
-  ASSERT_TRUE(read.module);
-  EXPECT_EQ(read.module->Name, "frmTest");
-  EXPECT_EQ(read.module->Description, "Ein Fenster f\xFCr Tests.");
-  EXPECT_EQ(read.module->HelpContextId, 77);
-  EXPECT_EQ(CodeLines(*read.module),
-            (std::vector<std::string>{"Option Explicit", "Private Sub Form_Load()",
-                                      "    Caption = \"x\"  ", "End Sub"}));
-  EXPECT_EQ(read.module->Members.Item("Form_Load").Description, "L\344dt.");
-  // The hidden lines still count where an editor shows a code line.
-  std::vector<int32_t> file_lines;
-  for (int32_t k = 0; k <= 5; ++k) file_lines.push_back(read.module->FileLines.FileLine(k));
-  EXPECT_EQ(file_lines, (std::vector<int32_t>{0, 19, 20, 22, 23, 24}));
-
-  // A class with its BEGIN block, LF line ends and no end on the last line.
-  const std::string cls =
-      "VERSION 1.0 CLASS\nBEGIN\n  MultiUse = -1  'True\nEND\n"
-      "Attribute VB_Name = \"CTest\"\nOption Explicit\n\nPublic Sub A()\nEnd Sub";
-  read = ReadText(folder, cls);
-  ASSERT_TRUE(read.module);
-  EXPECT_EQ(read.module->Name, "CTest");
-  EXPECT_EQ(CodeLines(*read.module),
-            (std::vector<std::string>{"Option Explicit", "", "Public Sub A()", "End Sub"}));
-
-  // A module file without VB_Name takes the name it is given.
-  read = ReadModuleFile(folder.Write("x.bas", "Sub Main()\r\nEnd Sub\r\n"), "Module", "modX");
-  ASSERT_TRUE(read.module);
-  EXPECT_EQ(read.module->Name, "modX");
-  EXPECT_TRUE(read.diagnostics.empty());
-}
-
-TEST(Vb6Members, LineRangesFollowTheIde) {
-  TestFolder folder;
-  const std::string text = Crlf({
-      "Attribute VB_Name = \"CRange\"",
-      "Option Explicit",                         // 1
-      "' Event comment",                         // 2
-      "Public Event Done(ByVal Ok As Boolean)",  // 3
-      "Private mX As Long",                      // 4
-      "",                                        // 5
-      "' Above First",                           // 6
-      "Public Sub First()",                      // 7
-      "    If mX Then",                          // 8
-      "    End If",                              // 9
-      "End Sub",                                 // 10
-      "",                                        // 11
-      "' Above Second",                          // 12
-      "Private Function Second() As Long",       // 13
-      "    Second = 1",                          // 14
-      "End Function",                            // 15
-      "' trailing comment",                      // 16
-      "",                                        // 17
-  });
-  ModuleReadResult read = ReadText(folder, text);
-  ASSERT_TRUE(read.module);
-  const SourceModule& m = *read.module;
-  EXPECT_EQ(MemberNames(m), (std::vector<std::string>{"Header", "Done", "First", "Second"}));
-
-  struct Range {
-    const char* name;
-    int32_t first;
-    int32_t count;
-  };
-  for (const Range& r :
-       {Range{"Header", 1, 4}, Range{"Done", 2, 2}, Range{"First", 5, 6}, Range{"Second", 11, 7}}) {
-    SourceMember& member = m.Members.Item(r.name);
-    EXPECT_EQ(member.FirstLine, r.first) << r.name;
-    EXPECT_EQ(member.LineCount, r.count) << r.name;
-    ASSERT_EQ(member.CodeLines.Count(), r.count) << r.name;
-    EXPECT_EQ(member.CodeLines.Item(1), const_cast<SourceModule&>(m).CodeLines.Item(r.first));
+// One line per member (with its parameters indented below), as the
+// members section of tests/examples/vb6_modules.txt writes them.
+std::vector<std::string> DescribeMembers(const SourceModule& module) {
+  std::vector<std::string> out;
+  for (const auto& m : module.Members) {
+    std::string line = std::to_string(m->FirstLine) + "+" + std::to_string(m->LineCount);
+    for (const std::string& part : {m->Scope, m->Kind}) {
+      if (!part.empty()) line += " " + part;
+    }
+    line += " " + m->Name;
+    if (!m->ReturnType.empty()) line += " As " + m->ReturnType;
+    if (m->HelpContextId != 0) line += " [help " + std::to_string(m->HelpContextId) + "]";
+    if (!m->Description.empty()) line += " \"" + m->Description + "\"";
+    out.push_back(line);
+    for (const auto& p : m->Parameters) {
+      std::string param = "  ";
+      if (p->Optional) param += "Optional ";
+      if (p->ParamArray) param += "ParamArray ";
+      param += p->Passing + " " + p->Name + " As " + p->Type;
+      if (p->HasDefault) param += " = " + p->Default;
+      out.push_back(param);
+    }
   }
-  EXPECT_EQ(m.Members.Item("Done").CodeLines.Item(1), "' Event comment");
-  EXPECT_EQ(m.Members.Item("Second").CodeLines.Item(7), "");
-
-  // A module without procedures: Header holds every line.
-  read = ReadText(folder, Crlf({"Option Explicit", "Public Const A = 1", "' end"}));
-  ASSERT_TRUE(read.module);
-  EXPECT_EQ(read.module->Members.Count(), 1);
-  EXPECT_EQ(read.module->Members.Item(1).LineCount, 3);
+  return out;
 }
 
-// A module whose lines look like declarations in every way that is not one:
-// Declare, Enum and Type blocks, names and comments that hold keywords,
-// "End Sub" inside strings and conditional blocks, line continuations.
-std::string TrickyModuleText() {
-  return Crlf({
-      "Attribute VB_Name = \"modTricky\"",
-      "Private Declare Function GetTickCount Lib \"kernel32\" () As Long",
-      "Public Declare Sub Sleep Lib \"kernel32\" (ByVal ms As Long)",
-      "Public Enum Art",
-      "    aEins = 1",
-      "End Enum",
-      "Private Type Beleg",
-      "    Nummer As Long",
-      "End Type",
-      "Dim Sub_Total As Long",
-      "' Sub InComment()",
-      "Static Sub Counter()",
-      "    Static n As Long",
-      "    Dim s As String: s = \"End Sub\"",
-      "    If n > 0 Then",
-      "        Exit Sub",
-      "    End If",
-      "    Rem End Sub",
-      "#If DEBUG_ON Then",
-      "    Debug.Print \"Sub x\"",
-      "#End If",
-      "End Sub",
-      "Sub NoScope(a, b)",
-      "End Sub",
-      "Friend Static Function F$(ByVal x%)",
-      "End Function",
-      "Private Property Get P() As String()",
-      "End Property",
-      "Public Property Let P(ByVal v() As String)",
-      "End Property",
-      "Property Set Obj(ByVal o As Object)",
-      "End Property",
-      "Public Function Joined(ByVal a As Long, _",
-      "                       Optional ByRef b As String = \"a, b\", _",
-      "                       ParamArray rest() As Variant) _",
-      "                       As Collection",
-      "End Function",
-  });
+std::string DescribeModule(const SourceModule& module) {
+  std::string line = module.Name;
+  if (module.HelpContextId != 0) line += " [help " + std::to_string(module.HelpContextId) + "]";
+  if (!module.Description.empty()) line += " \"" + module.Description + "\"";
+  return line;
 }
 
-TEST(Vb6Members, StatementsThatLookLikeDeclarations) {
+TEST(Vb6ModuleFile, Examples) {
   TestFolder folder;
-  const std::string text = TrickyModuleText();
-  ModuleReadResult read = ReadText(folder, text, "modTricky.bas");
-  ASSERT_TRUE(read.module);
-  EXPECT_TRUE(read.diagnostics.empty());
-  const SourceModule& m = *read.module;
-  EXPECT_EQ(MemberNames(m), (std::vector<std::string>{"Header", "Counter", "NoScope", "F", "Get P",
-                                                      "Let P", "Set Obj", "Joined"}));
-  EXPECT_EQ(m.Members.Item("Header").LineCount, 9);
-  EXPECT_EQ(m.Members.Item("Counter").LineCount, 12);  // comment above + body incl. #If
-
-  struct Expected {
-    const char* name;
-    const char* kind;
-    const char* scope;
-    const char* form;
-    const char* return_type;
-  };
-  for (const Expected& e :
-       {Expected{"Counter", "Sub", "Public", "", ""}, Expected{"NoScope", "Sub", "Public", "", ""},
-        Expected{"F", "Function", "Friend", "", "String"},
-        Expected{"Get P", "Property", "Private", "Get ", "String()"},
-        Expected{"Let P", "Property", "Public", "Let ", ""},
-        Expected{"Set Obj", "Property", "Public", "Set ", ""},
-        Expected{"Joined", "Function", "Public", "", "Collection"}}) {
-    const SourceMember& member = m.Members.Item(e.name);
-    EXPECT_EQ(member.Kind, e.kind) << e.name;
-    EXPECT_EQ(member.Scope, e.scope) << e.name;
-    EXPECT_EQ(member.PropertyForm, e.form) << e.name;
-    EXPECT_EQ(member.ReturnType, e.return_type) << e.name;
+  for (const Example& e : ReadExamples("vb6_modules.txt")) {
+    SCOPED_TRACE(e.where + ": " + e.title);
+    const bool lf = e.Attribute("line ends") == "LF";
+    const std::string bytes = lf ? e.Text("file", "\n") : e.Text("file", "\r\n") + "\r\n";
+    ModuleReadResult read =
+        ReadModuleFile(folder.Write(e.Attribute("file", "Test.cls"), bytes),
+                       e.Attribute("kind", "Class"), e.Attribute("name", "Test"));
+    std::vector<std::string> diagnostics;
+    for (const ReaderDiagnostic& d : read.diagnostics) {
+      diagnostics.push_back(std::to_string(d.line) +
+                            (d.severity == DiagnosticSeverity::kError ? " error" : " warning"));
+    }
+    EXPECT_EQ(diagnostics, e.Lines("diagnostics"));
+    ASSERT_EQ(read.module != nullptr, e.Has("module"));
+    if (!read.module) continue;
+    SourceModule& m = *read.module;
+    EXPECT_EQ(DescribeModule(m), e.Text("module"));
+    EXPECT_EQ(DescribeMembers(m), e.Lines("members"));
+    if (e.Has("code")) {
+      std::vector<std::string> code;
+      for (int32_t i = 1; i <= m.CodeLines.Count(); ++i) code.push_back(m.CodeLines.Item(i));
+      EXPECT_EQ(code, e.Lines("code"));
+    }
+    if (e.Has("file lines")) {
+      std::string lines;
+      for (int32_t k = 0; k <= m.CodeLines.Count() + 1; ++k)
+        lines += (k ? " " : "") + std::to_string(m.FileLines.FileLine(k));
+      EXPECT_EQ(lines, e.Text("file lines"));
+    }
+    // Each member's lines are the module's lines from its first one on.
+    for (const auto& member : m.Members) {
+      if (member->LineCount == 0) continue;
+      EXPECT_EQ(member->CodeLines.Count(), member->LineCount) << member->Name;
+      EXPECT_EQ(member->CodeLines.Item(1), m.CodeLines.Item(member->FirstLine)) << member->Name;
+    }
   }
-  const SourceMember& header = m.Members.Item("Header");
-  EXPECT_EQ(header.Kind, "");
-  EXPECT_EQ(header.Scope, "");
-}
-
-TEST(Vb6Members, ParametersOfTrickyDeclarations) {
-  TestFolder folder;
-  ModuleReadResult read = ReadText(folder, TrickyModuleText(), "modTricky.bas");
-  ASSERT_TRUE(read.module);
-  const SourceModule& m = *read.module;
-  const SourceMember& joined = m.Members.Item("Joined");
-  ASSERT_EQ(joined.Parameters.Count(), 3);
-  EXPECT_EQ(joined.LineCount, 5);  // the physical lines stay apart
-  const SourceParameter& b = joined.Parameters.Item("b");
-  EXPECT_EQ(b.Type, "String");
-  EXPECT_EQ(b.Passing, "ByRef");
-  EXPECT_TRUE(b.Optional);
-  EXPECT_TRUE(b.HasDefault);
-  EXPECT_EQ(b.Default, "\"a, b\"");
-  const SourceParameter& rest = joined.Parameters.Item(3);
-  EXPECT_EQ(rest.Name, "rest");
-  EXPECT_EQ(rest.Type, "Variant()");
-  EXPECT_TRUE(rest.ParamArray);
-  EXPECT_FALSE(rest.HasDefault);
-
-  const SourceParameter& untyped = m.Members.Item("NoScope").Parameters.Item(2);
-  EXPECT_EQ(untyped.Type, "Variant");
-  EXPECT_EQ(untyped.Passing, "ByRef");
-  EXPECT_EQ(m.Members.Item("F").Parameters.Item(1).Type, "Integer");
-  EXPECT_EQ(m.Members.Item("Let P").Parameters.Item(1).Type, "String()");
-  EXPECT_EQ(m.Members.Item("Let P").Parameters.Item(1).Name, "v");
 }
 
 TEST(Vb6Declaration, StatementKinds) {
@@ -327,32 +168,6 @@ TEST(Vb6Declaration, ShortcutAgreesWithTheFullParse) {
     ASSERT_EQ(quick.name, full.name) << statement;
     ASSERT_EQ(quick.keyword, full.keyword) << statement;
   }
-}
-
-TEST(Vb6Members, BadNamesAndDuplicatesAreReported) {
-  TestFolder folder;
-  const std::string text = Crlf({
-      "Attribute VB_Name = \"CBad\"",
-      "Public Sub [Mein Name]()",
-      "End Sub",
-      "Public Sub Twice()",
-      "End Sub",
-      "Public Sub twice()",
-      "End Sub",
-  });
-  ModuleReadResult read = ReadText(folder, text, "bad.cls");
-  ASSERT_TRUE(read.module);
-  EXPECT_EQ(MemberNames(*read.module), (std::vector<std::string>{"Header", "Twice"}));
-  ASSERT_EQ(read.diagnostics.size(), 2u);
-  EXPECT_EQ(read.diagnostics[0].line, 2);
-  EXPECT_EQ(read.diagnostics[0].severity, DiagnosticSeverity::kError);
-  EXPECT_NE(read.diagnostics[0].ToText().find("bad.cls(2)"), std::string::npos);
-  EXPECT_EQ(read.diagnostics[1].line, 6);
-
-  read = ReadText(folder, "Attribute VB_Name = \"Mein Modul\"\r\n", "m.bas");
-  EXPECT_FALSE(read.module);
-  ASSERT_EQ(read.diagnostics.size(), 1u);
-  EXPECT_NE(read.diagnostics[0].text.find("Mein Modul"), std::string::npos);
 }
 
 TEST(Vb6Reader, GarbageNeverCrashes) {

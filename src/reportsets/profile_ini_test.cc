@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "infra/test_progress.h"
 #include "reportsets/test_support.h"
 
 namespace folioscope {
@@ -12,18 +13,18 @@ namespace {
 class ProfileIni : public ::testing::Test {
  protected:
   void SetUp() override {
-    app_.WriteRes("t.ini",
-                  "; comment line\r\n"
-                  "[First]\r\n"
-                  "Name = Standard  \r\n"
-                  "Quoted=\"  with blanks  \"\r\n"
-                  "Single='x'\r\n"
-                  "Half=\"open\r\n"
-                  "Path=Std\\Sub\r\n"
-                  "\r\n"
-                  "  [ second ]  \n"
-                  "KEY=upper\n");
-    file_ = app_.res() + "/t.ini";
+    WriteRes(app_, "t.ini",
+             "; comment line\r\n"
+             "[First]\r\n"
+             "Name = Standard  \r\n"
+             "Quoted=\"  with blanks  \"\r\n"
+             "Single='x'\r\n"
+             "Half=\"open\r\n"
+             "Path=Std\\Sub\r\n"
+             "\r\n"
+             "  [ second ]  \n"
+             "KEY=upper\n");
+    file_ = Res(app_) + "/t.ini";
   }
   // The value as the report-set code reads it: up to the first NUL.
   std::string Get(const std::string& section, const std::string& key, int32_t size = 200,
@@ -33,7 +34,7 @@ class ProfileIni : public ::testing::Test {
     if (returned) *returned = n;
     return buffer.substr(0, buffer.find('\0'));
   }
-  ScratchAppFolder app_;
+  TestFolder app_;
   std::string file_;
 };
 
@@ -52,7 +53,7 @@ TEST_F(ProfileIni, MissingSectionKeyOrFileGiveTheDefault) {
   EXPECT_EQ(Get("First", "Nope", 200, &n), "Unbekannt");
   EXPECT_EQ(n, 9);
   EXPECT_EQ(Get("Third", "Name"), "Unbekannt");
-  file_ = app_.res() + "/missing.ini";
+  file_ = Res(app_) + "/missing.ini";
   EXPECT_EQ(Get("First", "Name"), "Unbekannt");
 }
 

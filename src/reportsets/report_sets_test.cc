@@ -6,6 +6,7 @@
 
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
+#include "infra/test_progress.h"
 #include "infra/vb_runtime.h"
 #include "reportsets/test_support.h"
 
@@ -14,12 +15,12 @@ namespace {
 
 class Catalogue : public ::testing::Test {
  protected:
-  Catalogue() : platform_(app_.path()), scoped_(&platform_) {}
+  Catalogue() : platform_(app_.path().string()), scoped_(&platform_) {}
 
-  ScratchAppFolder app_;
+  TestFolder app_;
   RecordingPlatform platform_;
   ScopedPlatform scoped_;
-  ProgressLog log_;
+  ProgressRecorder log_;
 };
 
 int32_t RaisedNumber(const std::function<void()>& f) {
@@ -32,12 +33,12 @@ int32_t RaisedNumber(const std::function<void()>& f) {
 }
 
 TEST_F(Catalogue, SetsAreReachableByNumberNumericTextAndFolder) {
-  app_.MakeFolder("Alpha");
-  app_.MakeFolder("Beta");
-  app_.WriteRes("IndexComment.ini",
-                "[Files]\r\nFile1=Alpha\\a.htm\r\n"
-                "[Set1]\r\nName=Erstes Set\r\nPath=Alpha\r\nLanguages=Deutsch \\ English \r\n"
-                "[Set2]\r\nName=Zweites\r\nPath=Beta\r\nLanguages=English\r\n");
+  MakeResFolder(app_, "Alpha");
+  MakeResFolder(app_, "Beta");
+  WriteRes(app_, "IndexComment.ini",
+           "[Files]\r\nFile1=Alpha\\a.htm\r\n"
+           "[Set1]\r\nName=Erstes Set\r\nPath=Alpha\r\nLanguages=Deutsch \\ English \r\n"
+           "[Set2]\r\nName=Zweites\r\nPath=Beta\r\nLanguages=English\r\n");
   CReportSets sets;
   ASSERT_EQ(sets.Count(), 2);
   EXPECT_EQ(sets.Item(0).Name(), "Erstes Set");
@@ -59,21 +60,21 @@ TEST_F(Catalogue, SetsAreReachableByNumberNumericTextAndFolder) {
 
 TEST_F(Catalogue, MissingFileOrSingleSectionGiveAnEmptyCatalogueSilently) {
   EXPECT_EQ(CReportSets().Count(), 0);
-  app_.MakeFolder("Alpha");
-  app_.WriteRes("IndexComment.ini", "[Set1]\r\nName=A\r\nPath=Alpha\r\nLanguages=Deutsch\r\n");
+  MakeResFolder(app_, "Alpha");
+  WriteRes(app_, "IndexComment.ini", "[Set1]\r\nName=A\r\nPath=Alpha\r\nLanguages=Deutsch\r\n");
   EXPECT_EQ(CReportSets().Count(), 0);
   EXPECT_TRUE(platform_.message_boxes.empty());
-  EXPECT_TRUE(log_.logs.empty());
+  EXPECT_TRUE(log_.messages.empty());
 }
 
 TEST_F(Catalogue, MissingSetFolderIsReportedAndLeavesNoGap) {
-  app_.MakeFolder("Alpha");
-  app_.MakeFolder("Gamma");
-  app_.WriteRes("IndexComment.ini",
-                "[Files]\r\n"
-                "[Set1]\r\nName=A\r\nPath=Alpha\r\nLanguages=Deutsch\r\n"
-                "[Set2]\r\nName=Verloren\r\nPath=Beta\r\nLanguages=Deutsch\r\n"
-                "[Set3]\r\nName=C\r\nPath=Gamma\r\nLanguages=English\r\n");
+  MakeResFolder(app_, "Alpha");
+  MakeResFolder(app_, "Gamma");
+  WriteRes(app_, "IndexComment.ini",
+           "[Files]\r\n"
+           "[Set1]\r\nName=A\r\nPath=Alpha\r\nLanguages=Deutsch\r\n"
+           "[Set2]\r\nName=Verloren\r\nPath=Beta\r\nLanguages=Deutsch\r\n"
+           "[Set3]\r\nName=C\r\nPath=Gamma\r\nLanguages=English\r\n");
   CReportSets sets;
   ASSERT_EQ(sets.Count(), 2);
   EXPECT_EQ(sets.Item(1).QuellPath(), "Gamma");
@@ -82,47 +83,48 @@ TEST_F(Catalogue, MissingSetFolderIsReportedAndLeavesNoGap) {
       "Bitte \xFC"
       "berpr\xFC"
       "fen Sie ob der Pfad: " +
-      app_.res() +
+      Res(app_) +
       "/Beta vorhanden ist. Dieser ist zwingend "
       "erforderlich. Installieren Sie Quillon gegebenenfalls neu.";
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_EQ(platform_.message_boxes[0].text, expected);
   EXPECT_EQ(platform_.message_boxes[0].style, kMbCritical);
   EXPECT_EQ(platform_.message_boxes[0].title, "Quillon");
-  ASSERT_EQ(log_.logs.size(), 1u);
-  EXPECT_EQ(log_.logs[0], expected);
-  EXPECT_EQ(log_.icons[0], kIconFailure);
+  ASSERT_EQ(log_.messages.size(), 1u);
+  EXPECT_EQ(log_.messages[0].first, expected);
+  EXPECT_EQ(log_.messages[0].second, kIconFailure);
 }
 
 TEST_F(Catalogue, SetPathsLeadingOutOfResAreLeftOut) {
-  app_.MakeFolder("Alpha");
-  std::filesystem::create_directories(app_.path() + "/Beta");  // beside Res, not in it
-  app_.WriteRes("IndexComment.ini",
-                "[Files]\r\n"
-                "[Set1]\r\nName=Raus\r\nPath=..\\Beta\r\nLanguages=Deutsch\r\n"
-                "[Set2]\r\nName=Absolut\r\nPath=" +
-                    app_.path() +
-                    "/Beta\r\nLanguages=Deutsch\r\n"
-                    "[Set3]\r\nName=A\r\nPath=Alpha\r\nLanguages=English\r\n");
+  MakeResFolder(app_, "Alpha");
+  std::filesystem::create_directories(app_.path().string() + "/Beta");  // beside Res, not in it
+  WriteRes(app_, "IndexComment.ini",
+           "[Files]\r\n"
+           "[Set1]\r\nName=Raus\r\nPath=..\\Beta\r\nLanguages=Deutsch\r\n"
+           "[Set2]\r\nName=Absolut\r\nPath=" +
+               app_.path().string() +
+               "/Beta\r\nLanguages=Deutsch\r\n"
+               "[Set3]\r\nName=A\r\nPath=Alpha\r\nLanguages=English\r\n");
   CReportSets sets;
   ASSERT_EQ(sets.Count(), 1);
   EXPECT_EQ(sets.Item(0).QuellPath(), "Alpha");
-  ASSERT_EQ(log_.logs.size(), 2u);
-  EXPECT_EQ(log_.logs[0], "Der Pfad '..\\Beta' des Report-Sets 'Raus' f\xFChrt aus dem Ordner " +
-                              app_.res() + "/ heraus. Das Report-Set wird nicht aufgenommen.");
-  EXPECT_EQ(log_.icons[0], kIconFailure);
-  EXPECT_NE(log_.logs[1].find("'Absolut'"), std::string::npos);
+  ASSERT_EQ(log_.messages.size(), 2u);
+  EXPECT_EQ(log_.messages[0].first,
+            "Der Pfad '..\\Beta' des Report-Sets 'Raus' f\xFChrt aus dem Ordner " + Res(app_) +
+                "/ heraus. Das Report-Set wird nicht aufgenommen.");
+  EXPECT_EQ(log_.messages[0].second, kIconFailure);
+  EXPECT_NE(log_.messages[1].first.find("'Absolut'"), std::string::npos);
 }
 
 TEST_F(Catalogue, AnUnreadSetSectionPointsAtUnbekannt) {
-  app_.MakeFolder("Alpha");
-  app_.WriteRes("IndexComment.ini",
-                "[Files]\r\n[Set1]\r\nName=A\r\nPath=Alpha\r\nLanguages=Deutsch\r\n[Other]\r\n");
+  MakeResFolder(app_, "Alpha");
+  WriteRes(app_, "IndexComment.ini",
+           "[Files]\r\n[Set1]\r\nName=A\r\nPath=Alpha\r\nLanguages=Deutsch\r\n[Other]\r\n");
   CReportSets sets;
   EXPECT_EQ(sets.Count(), 1);
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_NE(platform_.message_boxes[0].text.find("Report-Set 'Unbekannt'"), std::string::npos);
-  EXPECT_NE(platform_.message_boxes[0].text.find(app_.res() + "/Unbekannt vorhanden"),
+  EXPECT_NE(platform_.message_boxes[0].text.find(Res(app_) + "/Unbekannt vorhanden"),
             std::string::npos);
 }
 

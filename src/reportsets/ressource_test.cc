@@ -13,6 +13,7 @@
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
 #include "infra/registry.h"
+#include "infra/test_progress.h"
 #include "infra/vb_runtime.h"
 #include "reportsets/test_support.h"
 #include "reportsets/winapi_crypt.h"
@@ -51,27 +52,27 @@ TEST(CRessourceShipped, StandardSetLoadsInBothLanguages) {
 // "<p>n</p>", Description.dat two languages.
 class MiniSet : public ::testing::Test {
  protected:
-  MiniSet() : platform_(app_.path()), scoped_(&platform_) {
+  MiniSet() : platform_(app_.path().string()), scoped_(&platform_) {
     ChooseSet(platform_, "Mini", "English");
     std::string ini =
         "[Set1]\r\nName=Mini\r\nPath=Mini\r\nLanguages=Deutsch\\English\r\n[Mini]\r\n";
     for (int n = 1; n <= 28; ++n) {
       ini += "File" + std::to_string(n) + "=Mini\\f" + std::to_string(n) + ".htm\r\n";
-      app_.WriteEncrypted("Mini/f" + std::to_string(n) + ".htm",
-                          "  <p>" + std::to_string(n) + "</p>  ");
+      WriteEncrypted(app_, "Mini/f" + std::to_string(n) + ".htm",
+                     "  <p>" + std::to_string(n) + "</p>  ");
     }
     ini_ = ini;
-    app_.WriteRes("IndexComment.ini", ini_);
+    WriteRes(app_, "IndexComment.ini", ini_);
     WriteDescription(kDescription);
   }
   void WriteDescription(const std::string& text) {
-    app_.WriteEncrypted("Mini/Description.dat", text);
+    WriteEncrypted(app_, "Mini/Description.dat", text);
   }
   void DropIniKey(const std::string& line) {
     ini_ = vb::Replace(ini_, line + "\r\n", "");
-    app_.WriteRes("IndexComment.ini", ini_);
+    WriteRes(app_, "IndexComment.ini", ini_);
   }
-  std::string Base() const { return app_.res() + "/"; }
+  std::string Base() const { return Res(app_) + "/"; }
   std::string FailureMessage(const std::string& list) const {
     return "Eine oder mehrere Dateien des aktuellen Report-Sets unter der Pfadangabe " + Base() +
            "Mini konnten nicht geladen werden. Die Dateien fehlen oder sind besch\xE4"
@@ -86,7 +87,7 @@ class MiniSet : public ::testing::Test {
       "[[Deutsch]]\r\n\\&&&L&&& = Hallo\r\n\\}\r\n"
       "[[English]]\r\n\\&&&L&&& = Hello\r\n\\&&&M&&& =\r\n Two lines\r\n\\}\r\n";
 
-  ScratchAppFolder app_;
+  TestFolder app_;
   RecordingPlatform platform_;
   ScopedPlatform scoped_;
   std::string ini_;
@@ -128,14 +129,14 @@ TEST_F(MiniSet, EmptyReportPathFailsWithoutMessage) {
 }
 
 TEST_F(MiniSet, MissingIniFileIsReported) {
-  std::filesystem::remove(app_.res() + "/IndexComment.ini");
+  std::filesystem::remove(Res(app_) + "/IndexComment.ini");
   EXPECT_FALSE(CRessource().Ready());
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_EQ(platform_.message_boxes[0].text,
             "Die Initialisierungsdatei f\xFCr Report-Sets 'IndexComment.ini' konnte nicht geladen "
             "werden. Diese Datei steuert den Zugriff auf praktisch alle Report-Sets und ist "
             "unbedingt erforderlich. Sie mu\xDF sich zwingend im Ordner: \r\n" +
-                app_.res() +
+                Res(app_) +
                 "/IndexComment.ini befinden.\r\n\r\nWenn Sie die Datei nicht "
                 "manuell wiederherstellen k\xF6nnen, installieren Sie Quillon neu.");
   EXPECT_EQ(platform_.message_boxes[0].style, kMbExclamation);
@@ -149,16 +150,16 @@ TEST_F(MiniSet, FailureListFollowsTheDeliberateEmptinessChecks) {
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_EQ(platform_.message_boxes[0].text, FailureMessage(Base() + "Unbekannt\r\n"));
   platform_.message_boxes.clear();
-  app_.WriteRes("IndexComment.ini", ini_ + "File3=Mini\\f3.htm\r\n");
+  WriteRes(app_, "IndexComment.ini", ini_ + "File3=Mini\\f3.htm\r\n");
 
   // Empty menu node, entry and type entry pass on their own ...
-  for (int n : {11, 12, 27}) app_.WriteRes("Mini/f" + std::to_string(n) + ".htm", "");
+  for (int n : {11, 12, 27}) WriteRes(app_, "Mini/f" + std::to_string(n) + ".htm", "");
   EXPECT_TRUE(CRessource().Ready());
   EXPECT_TRUE(platform_.message_boxes.empty());
 
   // ... while an empty menu head or enumeration entry names the files after it.
-  app_.WriteRes("Mini/f2.htm", "");
-  app_.WriteEncrypted("Mini/f26.htm", "   ");
+  WriteRes(app_, "Mini/f2.htm", "");
+  WriteEncrypted(app_, "Mini/f26.htm", "   ");
   EXPECT_FALSE(CRessource().Ready());
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_EQ(platform_.message_boxes[0].text,
@@ -181,7 +182,7 @@ TEST_F(MiniSet, EmptyDescriptionIsReported) {
   EXPECT_FALSE(CRessource().Ready());
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_EQ(platform_.message_boxes[0].text,
-            "Die Beschreibungsdatei f\xFCr das Layout-Set unter der Pfadangabe: " + app_.res() +
+            "Die Beschreibungsdatei f\xFCr das Layout-Set unter der Pfadangabe: " + Res(app_) +
                 "/Mini/Description.dat konnte nicht ge\xF6"
                 "ffnet bzw. geladen werden. Der "
                 "Vorgang wird abgebrochen.\r\nStellen Sie sicher, dass sich die Datei im "
@@ -191,40 +192,41 @@ TEST_F(MiniSet, EmptyDescriptionIsReported) {
 // Names in IndexComment.ini and the ReportPath setting never lead a read out
 // of Res, whatever they hold; each refusal is logged and the set not loaded.
 TEST_F(MiniSet, NamesLeadingOutOfResAreNeverRead) {
-  ProgressLog log;
+  ProgressRecorder log;
   // A decoy outside Res that would load fine if it were read.
-  const fs::path app(app_.path());
+  const fs::path app(app_.path().string());
   std::ofstream(app / "outside.htm", std::ios::binary)
       << CWinAPICrypt().EncryptString("<p>decoy</p>", kTemplatePassword);
   fs::create_directories(app / "Res" / "Mini" / "links");
   fs::create_symlink(app / "outside.htm", app / "Res" / "Mini" / "links" / "f9.htm");
 
   const std::string hostile[] = {"..\\outside.htm", "Mini\\..\\..\\outside.htm",
-                                 app_.path() + "/outside.htm", "C:\\outside.htm",
+                                 app_.path().string() + "/outside.htm", "C:\\outside.htm",
                                  "Mini\\links\\f9.htm"};
   for (const std::string& name : hostile) {
     SCOPED_TRACE(name);
-    log.logs.clear();
+    log.messages.clear();
     platform_.message_boxes.clear();
-    app_.WriteRes("IndexComment.ini", vb::Replace(ini_, "File9=Mini\\f9.htm", "File9=" + name));
+    WriteRes(app_, "IndexComment.ini", vb::Replace(ini_, "File9=Mini\\f9.htm", "File9=" + name));
     CRessource res;
     EXPECT_FALSE(res.Ready());
     EXPECT_EQ(res.Projekt(), "");
-    ASSERT_FALSE(log.logs.empty());
-    EXPECT_NE(log.logs[0].find("'" + name + "' des Report-Sets f\xFChrt aus dem Ordner " + Base()),
+    ASSERT_FALSE(log.messages.empty());
+    EXPECT_NE(log.messages[0].first.find("'" + name + "' des Report-Sets f\xFChrt aus dem Ordner " +
+                                         Base()),
               std::string::npos);
     ASSERT_EQ(platform_.message_boxes.size(), 1u);  // the load failure lists it too
   }
 
-  app_.WriteRes("IndexComment.ini", ini_);
+  WriteRes(app_, "IndexComment.ini", ini_);
   for (const std::string path : {"..", "../Res/Mini", "Mini/../..", "/tmp", "CON"}) {
     SCOPED_TRACE(path);
-    log.logs.clear();
+    log.messages.clear();
     ChooseSet(platform_, path, "English");
     EXPECT_FALSE(CRessource().Ready());
-    ASSERT_EQ(log.logs.size(), 1u);
-    EXPECT_EQ(log.icons[0], kIconFailure);
-    EXPECT_NE(log.logs[0].find("'" + path + "'"), std::string::npos);
+    ASSERT_EQ(log.messages.size(), 1u);
+    EXPECT_EQ(log.messages[0].second, kIconFailure);
+    EXPECT_NE(log.messages[0].first.find("'" + path + "'"), std::string::npos);
   }
 }
 
