@@ -72,6 +72,8 @@ int32_t SectionListUpperBound(const std::string& ini_file) {
   return static_cast<int32_t>(vb::Split(vb::Trim(buffer), std::string_view("\0", 1)).size()) - 1;
 }
 
+}  // namespace
+
 std::string MissingSetMessage(const std::string& set_name, const std::string& folder) {
   return "Der Pfad zum Report-Set '" + set_name +
          "' konnte nicht gefunden werden. Bitte \xFC"
@@ -90,8 +92,6 @@ std::string RefusedSetMessage(const std::string& set_name, const std::string& se
          "' f\xFChrt aus dem Ordner " + res_folder +
          " heraus. Das Report-Set wird nicht aufgenommen.";
 }
-
-}  // namespace
 
 CReportSets::CReportSets() {
   Trap("CReportSets", "GetReportSetValues", [&] { GetReportSetValues(); });

@@ -87,6 +87,12 @@ std::string IndexCommentIniPath();
 std::string ReadIniKey(const std::string& section, const std::string& key,
                        const std::string& ini_file, bool drop_last = true);
 
+// Logged when a set's folder is missing below Res.
+std::string MissingSetMessage(const std::string& set_name, const std::string& folder);
+// Logged when a set's "Path" leads out of Res; the set is left out.
+std::string RefusedSetMessage(const std::string& set_name, const std::string& set_path,
+                              const std::string& res_folder);
+
 }  // namespace folioscope
 
 #endif  // FOLIOSCOPE_REPORTSETS_REPORT_SETS_H_

@@ -78,14 +78,7 @@ TEST_F(Catalogue, MissingSetFolderIsReportedAndLeavesNoGap) {
   CReportSets sets;
   ASSERT_EQ(sets.Count(), 2);
   EXPECT_EQ(sets.Item(1).QuellPath(), "Gamma");
-  const std::string expected =
-      "Der Pfad zum Report-Set 'Verloren' konnte nicht gefunden werden. "
-      "Bitte \xFC"
-      "berpr\xFC"
-      "fen Sie ob der Pfad: " +
-      Res(app_) +
-      "/Beta vorhanden ist. Dieser ist zwingend "
-      "erforderlich. Installieren Sie Quillon gegebenenfalls neu.";
+  const std::string expected = MissingSetMessage("Verloren", Res(app_) + "/Beta");
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_EQ(platform_.message_boxes[0].text, expected);
   EXPECT_EQ(platform_.message_boxes[0].style, kMbCritical);
@@ -109,9 +102,7 @@ TEST_F(Catalogue, SetPathsLeadingOutOfResAreLeftOut) {
   ASSERT_EQ(sets.Count(), 1);
   EXPECT_EQ(sets.Item(0).QuellPath(), "Alpha");
   ASSERT_EQ(log_.messages.size(), 2u);
-  EXPECT_EQ(log_.messages[0].first,
-            "Der Pfad '..\\Beta' des Report-Sets 'Raus' f\xFChrt aus dem Ordner " + Res(app_) +
-                "/ heraus. Das Report-Set wird nicht aufgenommen.");
+  EXPECT_EQ(log_.messages[0].first, RefusedSetMessage("Raus", "..\\Beta", Res(app_) + "/"));
   EXPECT_EQ(log_.messages[0].second, kIconFailure);
   EXPECT_NE(log_.messages[1].first.find("'Absolut'"), std::string::npos);
 }

@@ -38,13 +38,6 @@ std::string ReadWholeFile(const std::string& path) {
   }
 }
 
-// A report set names its files relative to Res; a name that leads out of
-// Res is refused with this line and never read.
-std::string RefusedNameMessage(const std::string& name, const std::string& res_folder) {
-  return "Der Dateiname '" + PrintableName(name) + "' des Report-Sets f\xFChrt aus dem Ordner " +
-         res_folder + " heraus. Die Datei wird nicht gelesen.";
-}
-
 // The file below Res that `name` denotes, read whole; "" when it cannot be
 // read or when the name leads out of Res (which is logged).
 std::string ReadResFile(const std::string& res_folder, const std::string& name) {
@@ -84,6 +77,36 @@ bool NamesLanguage(const std::string& element, const std::string& language) {
 
 }  // namespace
 
+// Windows-1252 texts: \xFC u-umlaut, \xDF sharp s, \xF6 o-umlaut, \xE4 a-umlaut.
+std::string RefusedNameMessage(const std::string& name, const std::string& res_folder) {
+  return "Der Dateiname '" + PrintableName(name) + "' des Report-Sets f\xFChrt aus dem Ordner " +
+         res_folder + " heraus. Die Datei wird nicht gelesen.";
+}
+
+std::string MissingIniMessage(const std::string& ini_file) {
+  return "Die Initialisierungsdatei f\xFCr Report-Sets 'IndexComment.ini' konnte nicht geladen "
+         "werden. Diese Datei steuert den Zugriff auf praktisch alle Report-Sets und ist unbedingt "
+         "erforderlich. Sie mu\xDF sich zwingend im Ordner: \r\n" +
+         ini_file +
+         " befinden.\r\n\r\nWenn Sie die Datei nicht manuell wiederherstellen k\xF6nnen, "
+         "installieren Sie Quillon neu.";
+}
+
+std::string UnloadedFilesMessage(const std::string& set_folder, const std::string& failures) {
+  return "Eine oder mehrere Dateien des aktuellen Report-Sets unter der Pfadangabe " + set_folder +
+         " konnten nicht geladen werden. Die Dateien fehlen oder sind besch\xE4"
+         "digt. Folgende "
+         "Datei(en) sind betroffen:\r\n" +
+         failures;
+}
+
+std::string MissingDescriptionMessage(const std::string& path) {
+  return "Die Beschreibungsdatei f\xFCr das Layout-Set unter der Pfadangabe: " + path +
+         " konnte nicht ge\xF6"
+         "ffnet bzw. geladen werden. Der Vorgang wird abgebrochen.\r\n"
+         "Stellen Sie sicher, dass sich die Datei im angegebenen Ordner befindet.";
+}
+
 CRessource::CRessource() {
   CRegistry registry;
   report_path_ = registry.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
@@ -108,13 +131,7 @@ bool CRessource::GetRessourceFileNames() {
     return false;
   }
   if (!CFileSystem().IsDateiVorhanden(ini_file)) {
-    ShowAndLog(
-        "Die Initialisierungsdatei f\xFCr Report-Sets 'IndexComment.ini' konnte nicht geladen "
-        "werden. Diese Datei steuert den Zugriff auf praktisch alle Report-Sets und ist unbedingt "
-        "erforderlich. Sie mu\xDF sich zwingend im Ordner: \r\n" +
-        ini_file +
-        " befinden.\r\n\r\nWenn Sie die Datei nicht manuell wiederherstellen k\xF6nnen, "
-        "installieren Sie Quillon neu.");
+    ShowAndLog(MissingIniMessage(ini_file));
     return false;
   }
   for (int n = 1; n <= 28; ++n) {
@@ -136,12 +153,7 @@ bool CRessource::GetRessourceContents() {
     if (t_[CheckedPosition(i)].empty()) failures += path + "\r\n";
   }
   if (failures.empty()) return true;
-  ShowAndLog("Eine oder mehrere Dateien des aktuellen Report-Sets unter der Pfadangabe " + base +
-             report_path_ +
-             " konnten nicht geladen werden. Die Dateien fehlen oder sind besch\xE4"
-             "digt. Folgende "
-             "Datei(en) sind betroffen:\r\n" +
-             failures);
+  ShowAndLog(UnloadedFilesMessage(base + report_path_, failures));
   return false;
 }
 
@@ -152,10 +164,7 @@ bool CRessource::GetRessourceDescription() {
   const std::string text = vb::Trim(
       crypt_.DecryptString(ReadResFile(ResFolder(), report_path_ + "\\Description.dat"), ""));
   if (text.empty()) {
-    ShowAndLog("Die Beschreibungsdatei f\xFCr das Layout-Set unter der Pfadangabe: " + path +
-               " konnte nicht ge\xF6"
-               "ffnet bzw. geladen werden. Der Vorgang wird abgebrochen.\r\n"
-               "Stellen Sie sicher, dass sich die Datei im angegebenen Ordner befindet.");
+    ShowAndLog(MissingDescriptionMessage(path));
     return false;
   }
   const std::vector<std::string> blocks = vb::Split(text, "}");

@@ -74,6 +74,17 @@ class CRessource {
   bool ready_ = false;
 };
 
+// The messages of a failed load (Windows-1252). A name in IndexComment.ini
+// or the ReportPath setting that leads out of Res is refused and logged:
+std::string RefusedNameMessage(const std::string& name, const std::string& res_folder);
+// Shown and logged when Res/IndexComment.ini is missing.
+std::string MissingIniMessage(const std::string& ini_file);
+// Lists the set's files that are missing or empty after decryption, one
+// path and CR LF each.
+std::string UnloadedFilesMessage(const std::string& set_folder, const std::string& failures);
+// Shown and logged when the set's Description.dat is missing or empty.
+std::string MissingDescriptionMessage(const std::string& path);
+
 }  // namespace folioscope
 
 #endif  // FOLIOSCOPE_REPORTSETS_RESSOURCE_H_

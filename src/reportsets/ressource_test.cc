@@ -74,11 +74,7 @@ class MiniSet : public ::testing::Test {
   }
   std::string Base() const { return Res(app_) + "/"; }
   std::string FailureMessage(const std::string& list) const {
-    return "Eine oder mehrere Dateien des aktuellen Report-Sets unter der Pfadangabe " + Base() +
-           "Mini konnten nicht geladen werden. Die Dateien fehlen oder sind besch\xE4"
-           "digt. "
-           "Folgende Datei(en) sind betroffen:\r\n" +
-           list;
+    return UnloadedFilesMessage(Base() + "Mini", list);
   }
   std::string Path(int n) const { return Base() + "Mini/f" + std::to_string(n) + ".htm\r\n"; }
 
@@ -132,13 +128,7 @@ TEST_F(MiniSet, MissingIniFileIsReported) {
   std::filesystem::remove(Res(app_) + "/IndexComment.ini");
   EXPECT_FALSE(CRessource().Ready());
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
-  EXPECT_EQ(platform_.message_boxes[0].text,
-            "Die Initialisierungsdatei f\xFCr Report-Sets 'IndexComment.ini' konnte nicht geladen "
-            "werden. Diese Datei steuert den Zugriff auf praktisch alle Report-Sets und ist "
-            "unbedingt erforderlich. Sie mu\xDF sich zwingend im Ordner: \r\n" +
-                Res(app_) +
-                "/IndexComment.ini befinden.\r\n\r\nWenn Sie die Datei nicht "
-                "manuell wiederherstellen k\xF6nnen, installieren Sie Quillon neu.");
+  EXPECT_EQ(platform_.message_boxes[0].text, MissingIniMessage(Res(app_) + "/IndexComment.ini"));
   EXPECT_EQ(platform_.message_boxes[0].style, kMbExclamation);
   EXPECT_EQ(platform_.message_boxes[0].title, "Quillon");
 }
@@ -172,9 +162,7 @@ TEST_F(MiniSet, EveryMissingFileOfAnUnknownSetIsListedInOneMessage) {
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   std::string list;
   for (int i = 0; i < 28; ++i) list += Base() + "Unbekannt\r\n";
-  EXPECT_EQ(
-      platform_.message_boxes[0].text,
-      vb::Replace(FailureMessage(list), Base() + "Mini konnten", Base() + "Nirgends konnten"));
+  EXPECT_EQ(platform_.message_boxes[0].text, UnloadedFilesMessage(Base() + "Nirgends", list));
 }
 
 TEST_F(MiniSet, EmptyDescriptionIsReported) {
@@ -182,11 +170,7 @@ TEST_F(MiniSet, EmptyDescriptionIsReported) {
   EXPECT_FALSE(CRessource().Ready());
   ASSERT_EQ(platform_.message_boxes.size(), 1u);
   EXPECT_EQ(platform_.message_boxes[0].text,
-            "Die Beschreibungsdatei f\xFCr das Layout-Set unter der Pfadangabe: " + Res(app_) +
-                "/Mini/Description.dat konnte nicht ge\xF6"
-                "ffnet bzw. geladen werden. Der "
-                "Vorgang wird abgebrochen.\r\nStellen Sie sicher, dass sich die Datei im "
-                "angegebenen Ordner befindet.");
+            MissingDescriptionMessage(Res(app_) + "/Mini/Description.dat"));
 }
 
 // Names in IndexComment.ini and the ReportPath setting never lead a read out
@@ -212,9 +196,7 @@ TEST_F(MiniSet, NamesLeadingOutOfResAreNeverRead) {
     EXPECT_FALSE(res.Ready());
     EXPECT_EQ(res.Projekt(), "");
     ASSERT_FALSE(log.messages.empty());
-    EXPECT_NE(log.messages[0].first.find("'" + name + "' des Report-Sets f\xFChrt aus dem Ordner " +
-                                         Base()),
-              std::string::npos);
+    EXPECT_EQ(log.messages[0].first, RefusedNameMessage(name, Base()));
     ASSERT_EQ(platform_.message_boxes.size(), 1u);  // the load failure lists it too
   }
 
