@@ -20,7 +20,7 @@ faults=(
   "tag_cut|src/doccomments/tag_block.cc|vb::Left(content, Len(content) - Len(close_tag))|vb::Left(content, Len(content) - Len(close_tag) + 1)"
   "quote_parity|src/format/code_format.cc|if (quotes % 2 == 0) {|if (quotes % 2 == 1) {"
   "key_length|src/reportsets/winapi_crypt.cc|for (int i = 0; i < 5; ++i)|for (int i = 0; i < 6; ++i)"
-  "setting_default|src/cli/host_settings.cc|{\"ShowLOCForModuls\", kConfigKey, true, 1, \"\"}|{\"ShowLOCForModuls\", kConfigKey, true, 0, \"\"}"
+  "setting_default|src/cli/host_settings.cc|kCurrentReportKey, false, 0, \"Deutsch\"}|kCurrentReportKey, false, 0, \"English\"}"
   "menu_node|src/pages/component_menu.cc|\"MenuIcon3\", \"Element3\"|\"MenuIcon3\", \"Element4\""
   "chm_map|src/chm/help_topics.cc|std::to_string(topic.context) +|std::to_string(topic.context + 1) +"
   "path_guard|src/infra/path_guard.cc|if (name.back() == '.' \|\| name.back() == ' ') return false;|if (name.back() == ' ') return false;"
