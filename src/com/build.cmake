@@ -72,15 +72,6 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   target_link_options(VBFolioscope PRIVATE -Wl,--enable-stdcall-fixup)
 endif()
 
-# Checks of the server's machinery, run under Windows or Wine with the
-# DLL's path: com_server_test <VBFolioscope.dll> [--registration].
-add_executable(com_server_test ${FS_COM_DIR}/com_server_test.cc ${FS_COM_DIR}/com_support.cc
-                               ${FS_COM_IIDS} ${FS_COM_HEADER})
-target_include_directories(com_server_test PRIVATE ${CMAKE_SOURCE_DIR}/src ${FS_COM_GEN})
-target_link_libraries(com_server_test PRIVATE folioscope_component ole32 oleaut32 uuid advapi32
-                                              shell32 user32)
-target_link_options(com_server_test PRIVATE -static -static-libgcc -static-libstdc++)
-add_dependencies(com_server_test VBFolioscope)
 # The Wine that runs this build's Windows programs: 64-bit Wine for the
 # x86_64 build, 32-bit Wine (cmake/wine32.cmake) for the i686 build.
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
@@ -92,13 +83,25 @@ else()
   set(FS_WINE_ENVIRONMENT
       "WINEPREFIX=${CMAKE_BINARY_DIR}/wine-prefix;WINEARCH=win32;WINEDEBUG=-all;DISPLAY=")
 endif()
-if(FOLIOSCOPE_WINE)
-  enable_testing()
-  add_test(NAME com_server_test COMMAND ${FOLIOSCOPE_WINE} $<TARGET_FILE:com_server_test>
-                                        $<TARGET_FILE:VBFolioscope>)
-  set_tests_properties(com_server_test PROPERTIES ENVIRONMENT "${FS_WINE_ENVIRONMENT}"
-                                                  TIMEOUT 300 RESOURCE_LOCK wine_prefix)
-endif()
 include(${FS_COM_DIR}/com_model_tests.cmake)
 include(${FS_COM_DIR}/report_classes_tests.cmake)
+if(TARGET gtest)
+  # Checks of the server's machinery, run under Windows or Wine with the
+  # DLL's path: com_server_test <VBFolioscope.dll> [--registration]. Uses the
+  # GoogleTest targets of com_model_tests.cmake.
+  add_executable(com_server_test ${FS_COM_DIR}/com_server_test.cc ${FS_COM_DIR}/com_support.cc
+                                 ${FS_COM_IIDS} ${FS_COM_HEADER})
+  target_include_directories(com_server_test PRIVATE ${CMAKE_SOURCE_DIR}/src ${FS_COM_GEN})
+  target_link_libraries(com_server_test PRIVATE folioscope_component gtest ole32 oleaut32 uuid advapi32
+                                                shell32 user32)
+  target_link_options(com_server_test PRIVATE -static -static-libgcc -static-libstdc++)
+  add_dependencies(com_server_test VBFolioscope)
+  if(FOLIOSCOPE_WINE)
+    enable_testing()
+    add_test(NAME com_server_test COMMAND ${FOLIOSCOPE_WINE} $<TARGET_FILE:com_server_test>
+                                          $<TARGET_FILE:VBFolioscope>)
+    set_tests_properties(com_server_test PROPERTIES ENVIRONMENT "${FS_WINE_ENVIRONMENT}"
+                                                    TIMEOUT 300 RESOURCE_LOCK wine_prefix)
+  endif()
+endif()
 include(${CMAKE_SOURCE_DIR}/cmake/msi.cmake)

@@ -9,11 +9,13 @@
 // their errors, the report-set collections, events through connection
 // points, the channel registration of CFSDataLogger and DllCanUnloadNow.
 // With --registration it also registers and unregisters the copy (this
-// writes to the registry of the prefix). Prints one line per failed check;
-// the exit status is the number of failures.
+// writes to the registry of the prefix). A GoogleTest program: it names
+// each failed check, and fails when one does.
 #include <windows.h>
 
 #include <ocidl.h>
+
+#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <functional>
@@ -26,16 +28,6 @@
 #include "com/variant_test_support.h"
 
 namespace {
-
-int failures = 0;
-
-#define CHECK(condition, what)                                            \
-  do {                                                                    \
-    if (!(condition)) {                                                   \
-      ++failures;                                                         \
-      std::printf("FAIL line %d: %s (%s)\n", __LINE__, what, #condition); \
-    }                                                                     \
-  } while (0)
 
 using folioscope::com::FromBstr;
 using folioscope::com::ToBstr;
@@ -59,6 +51,11 @@ struct Server {
     return folioscope::com_testing::CreateFrom<I>(get_class_object, clsid, iid);
   }
 };
+
+// The loaded copy of the DLL, set up by main() before the tests run.
+Server* the_server = nullptr;
+std::wstring dll_copy;
+bool with_registration = false;
 
 void WriteFile(const std::wstring& path, const std::string& text) {
   HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
@@ -222,7 +219,7 @@ void Disconnect(IUnknown* communicator, DWORD cookie) {
 
 // --- The checks --------------------------------------------------------------------------
 
-void CheckConversions() {
+TEST(ComServer, StringAndFaultConversions) {
   // Every byte survives the trip through a BSTR, and the ones that differ
   // between code pages land on their Windows-1252 characters.
   std::string all;
@@ -230,11 +227,11 @@ void CheckConversions() {
   all.push_back('\0');
   all += "end";
   BSTR wide = ToBstr(all);
-  CHECK(FromBstr(wide) == all, "all bytes round-trip");
-  CHECK(wide[0xFC - 1] == 0x00FC && wide[0x80 - 1] == 0x20AC && wide[0x9F - 1] == 0x0178,
-        "u-umlaut, euro sign and Y-diaeresis");
+  EXPECT_TRUE(FromBstr(wide) == all) << "all bytes round-trip";
+  EXPECT_TRUE(wide[0xFC - 1] == 0x00FC && wide[0x80 - 1] == 0x20AC && wide[0x9F - 1] == 0x0178)
+      << "u-umlaut, euro sign and Y-diaeresis";
   SysFreeString(wide);
-  CHECK(FromBstr(nullptr).empty(), "a null BSTR reads as empty");
+  EXPECT_TRUE(FromBstr(nullptr).empty()) << "a null BSTR reads as empty";
 
   struct {
     int32_t number;
@@ -245,29 +242,30 @@ void CheckConversions() {
   for (const auto& f : faults) {
     const HRESULT hr =
         folioscope::com::Guard("CTest", [&] { throw vb::RuntimeError(f.number, "Text \xE4"); });
-    CHECK(hr == f.expected, "fault number to HRESULT");
+    EXPECT_TRUE(hr == f.expected) << "fault number to HRESULT";
     IErrorInfo* info = nullptr;
-    CHECK(GetErrorInfo(0, &info) == S_OK && info != nullptr, "error info set");
+    EXPECT_TRUE(GetErrorInfo(0, &info) == S_OK && info != nullptr) << "error info set";
     if (info != nullptr) {
       BSTR source = nullptr;
       BSTR description = nullptr;
       info->GetSource(&source);
       info->GetDescription(&description);
-      CHECK(FromBstr(source) == "VBFolioscope.CTest", "error source names the class");
-      CHECK(FromBstr(description) == "Text \xE4", "error description");
+      EXPECT_TRUE(FromBstr(source) == "VBFolioscope.CTest") << "error source names the class";
+      EXPECT_TRUE(FromBstr(description) == "Text \xE4") << "error description";
       SysFreeString(source);
       SysFreeString(description);
       info->Release();
     }
   }
-  CHECK(folioscope::com::Guard("CTest", [] { throw std::bad_alloc(); }) ==
-            static_cast<HRESULT>(0x800A0007),
-        "no memory is error 7");
-  CHECK(folioscope::com::Guard("CTest", [] { return S_FALSE; }) == S_FALSE,
-        "a body's own HRESULT passes through");
+  EXPECT_TRUE(folioscope::com::Guard("CTest", [] { throw std::bad_alloc(); }) ==
+              static_cast<HRESULT>(0x800A0007))
+      << "no memory is error 7";
+  EXPECT_TRUE(folioscope::com::Guard("CTest", [] { return S_FALSE; }) == S_FALSE)
+      << "a body's own HRESULT passes through";
 }
 
-void CheckDispatchIds(Server& server) {
+TEST(ComServer, DispatchIdsCallersBindTo) {
+  Server& server = *the_server;
   struct {
     const CLSID* clsid;
     const wchar_t* name;
@@ -282,9 +280,9 @@ void CheckDispatchIds(Server& server) {
   };
   for (const auto& entry : ids) {
     IDispatch* object = server.Create<IDispatch>(*entry.clsid, IID_IDispatch);
-    CHECK(object != nullptr, "class creatable");
+    EXPECT_TRUE(object != nullptr) << "class creatable";
     if (object == nullptr) continue;
-    CHECK(IdOf(object, entry.name) == entry.expected, "dispatch id");
+    EXPECT_TRUE(IdOf(object, entry.name) == entry.expected) << "dispatch id";
     // The class information names the coclass (what TypeName shows).
     IProvideClassInfo* info = nullptr;
     ITypeInfo* coclass = nullptr;
@@ -294,26 +292,27 @@ void CheckDispatchIds(Server& server) {
       coclass->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
       TYPEATTR* attributes = nullptr;
       coclass->GetTypeAttr(&attributes);
-      CHECK(attributes != nullptr && IsEqualCLSID(attributes->guid, *entry.clsid),
-            "class information of the object's own class");
+      EXPECT_TRUE(attributes != nullptr && IsEqualCLSID(attributes->guid, *entry.clsid))
+          << "class information of the object's own class";
       if (attributes != nullptr) coclass->ReleaseTypeAttr(attributes);
       coclass->Release();
     }
-    CHECK(name != nullptr && name[0] == L'C', "a class name");
+    EXPECT_TRUE(name != nullptr && name[0] == L'C') << "a class name";
     SysFreeString(name);
     if (info != nullptr) info->Release();
     object->Release();
   }
 }
 
-void CheckCatalogue(Server& server) {
+TEST(ComServer, ReportSetCollections) {
+  Server& server = *the_server;
   IDispatch* sets = server.Create<IDispatch>(CLSID_CReportSets, IID_IDispatch);
-  CHECK(sets != nullptr, "CReportSets creatable");
+  EXPECT_TRUE(sets != nullptr) << "CReportSets creatable";
   if (sets == nullptr) return;
   CallResult count;
   Call(sets, IdOf(sets, L"Count"), DISPATCH_PROPERTYGET, {}, &count);
-  CHECK(V_VT(&count.value) == VT_I4 && V_I4(&count.value) == 2,
-        "the set without folder is left out");
+  EXPECT_TRUE(V_VT(&count.value) == VT_I4 && V_I4(&count.value) == 2)
+      << "the set without folder is left out";
 
   // Numbers, numeric text and keys; the missing folder leaves no gap.
   const WORD get = DISPATCH_PROPERTYGET | DISPATCH_METHOD;
@@ -325,23 +324,24 @@ void CheckCatalogue(Server& server) {
   for (auto& l : lookups) {
     CallResult r;
     Call(sets, DISPID_VALUE, get, {l.index}, &r);
-    CHECK(r.hr == S_OK && NameOf(r) == l.name, l.name);
+    EXPECT_TRUE(r.hr == S_OK && NameOf(r) == l.name) << l.name;
   }
   CallResult first;
   CallResult again;
   Call(sets, DISPID_VALUE, get, {Long(0)}, &first);
   Call(sets, DISPID_VALUE, get, {Text("Eins")}, &again);
-  CHECK(V_VT(&first.value) == VT_DISPATCH && V_DISPATCH(&first.value) == V_DISPATCH(&again.value),
-        "one object per set");
+  EXPECT_TRUE(V_VT(&first.value) == VT_DISPATCH &&
+              V_DISPATCH(&first.value) == V_DISPATCH(&again.value))
+      << "one object per set";
 
   for (VARIANT bad : {Long(2), Text("Fehlt"), Long(-1), Text("1.5")}) {
     CallResult r;
     Call(sets, DISPID_VALUE, get, {bad}, &r);
-    CHECK(r.hr == DISP_E_EXCEPTION && r.exception.scode == static_cast<SCODE>(0x800A0005),
-          "a missing set is error 5 to the caller");
-    CHECK(r.exception.bstrDescription != nullptr &&
-              FromBstr(r.exception.bstrDescription).rfind("Ung\xFCltiger", 0) == 0,
-          "with the runtime's German text");
+    EXPECT_TRUE(r.hr == DISP_E_EXCEPTION && r.exception.scode == static_cast<SCODE>(0x800A0005))
+        << "a missing set is error 5 to the caller";
+    EXPECT_TRUE(r.exception.bstrDescription != nullptr &&
+                FromBstr(r.exception.bstrDescription).rfind("Ung\xFCltiger", 0) == 0)
+        << "with the runtime's German text";
   }
 
   // The languages of the first set, blanks around the names dropped.
@@ -352,26 +352,27 @@ void CheckCatalogue(Server& server) {
     IDispatch* list = V_DISPATCH(&languages.value);
     CallResult english;
     Call(list, DISPID_VALUE, get, {Long(1)}, &english);
-    CHECK(NameOf(english) == "English", "second language");
+    EXPECT_TRUE(NameOf(english) == "English") << "second language";
     CallResult deutsch;
     Call(list, DISPID_VALUE, get, {Text("Deutsch")}, &deutsch);
-    CHECK(NameOf(deutsch) == "Deutsch", "language by name");
+    EXPECT_TRUE(NameOf(deutsch) == "Deutsch") << "language by name";
   }
   sets->Release();
 }
 
-void CheckEvents(Server& server) {
+TEST(ComServer, EventsThroughConnectionPoints) {
+  Server& server = *the_server;
   IUnknown* communicator = server.Create<IUnknown>(CLSID_CFSCommunicator, IID_IUnknown);
-  CHECK(communicator != nullptr, "CFSCommunicator creatable");
+  EXPECT_TRUE(communicator != nullptr) << "CFSCommunicator creatable";
   if (communicator == nullptr) return;
 
   IProvideClassInfo2* info = nullptr;
   communicator->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(&info));
-  CHECK(info != nullptr, "IProvideClassInfo2");
+  EXPECT_TRUE(info != nullptr) << "IProvideClassInfo2";
   if (info != nullptr) {
     GUID source = GUID_NULL;
     info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source);
-    CHECK(IsEqualGUID(source, DIID___CFSCommunicator), "default source interface");
+    EXPECT_TRUE(IsEqualGUID(source, DIID___CFSCommunicator)) << "default source interface";
     info->Release();
   }
 
@@ -379,24 +380,24 @@ void CheckEvents(Server& server) {
   Sink by_dispatch;
   const DWORD first = Connect(communicator, &by_events, DIID___CFSCommunicator);
   const DWORD second = Connect(communicator, &by_dispatch, IID_IDispatch);
-  CHECK(first != 0 && second != 0 && first != second, "both sinks connected");
+  EXPECT_TRUE(first != 0 && second != 0 && first != second) << "both sinks connected";
 
   IDispatch* dispatch = nullptr;
   communicator->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch));
   CallResult r;
   Call(dispatch, 0x60030000, DISPATCH_METHOD, {Text("Meldung \xFC"), Long(3)}, &r);
-  CHECK(r.hr == S_OK, "AddLog late-bound");
-  CHECK(by_events.events.size() == 1 && by_dispatch.events.size() == 1, "one Message each");
+  EXPECT_TRUE(r.hr == S_OK) << "AddLog late-bound";
+  EXPECT_TRUE(by_events.events.size() == 1 && by_dispatch.events.size() == 1) << "one Message each";
   if (!by_events.events.empty()) {
     const Event& e = by_events.events[0];
-    CHECK(e.id == 1 && e.values == std::vector<std::string>({"Meldung \xFC", "3"}),
-          "Message(Desc, IconIndex) by reference");
+    EXPECT_TRUE(e.id == 1 && e.values == std::vector<std::string>({"Meldung \xFC", "3"}))
+        << "Message(Desc, IconIndex) by reference";
   }
 
   // A disconnected sink hears nothing more.
   Disconnect(communicator, first);
   Call(dispatch, 0x60030000, DISPATCH_METHOD, {Text("zwei"), Long(1)}, &r);
-  CHECK(by_events.events.size() == 1 && by_dispatch.events.size() == 2, "Unadvise");
+  EXPECT_TRUE(by_events.events.size() == 1 && by_dispatch.events.size() == 2) << "Unadvise";
   Disconnect(communicator, second);
 
   // A handler that drops the last reference of the communicator raising
@@ -406,18 +407,19 @@ void CheckEvents(Server& server) {
   Connect(dispatch, &by_dispatch, IID_IDispatch);
   const HRESULT alive_check = server.can_unload_now();
   Call(dispatch, 0x60030000, DISPATCH_METHOD, {Text("drei"), Long(1)}, &r);
-  CHECK(alive_check == S_FALSE && r.hr == S_OK && by_dispatch.events.size() == 3,
-        "the last event of a dropped communicator");
-  CHECK(server.can_unload_now() == S_OK, "the communicator ended after its event");
+  EXPECT_TRUE(alive_check == S_FALSE && r.hr == S_OK && by_dispatch.events.size() == 3)
+      << "the last event of a dropped communicator";
+  EXPECT_TRUE(server.can_unload_now() == S_OK) << "the communicator ended after its event";
 }
 
 // The component's own messages go to the communicator registered last, and
 // to none after Nothing was assigned.
-void CheckChannel(Server& server) {
+TEST(ComServer, ChannelRegistrationOfTheLogger) {
+  Server& server = *the_server;
   IUnknown* a = server.Create<IUnknown>(CLSID_CFSCommunicator, IID_IUnknown);
   IUnknown* b = server.Create<IUnknown>(CLSID_CFSCommunicator, IID_IUnknown);
   IDispatch* logger = server.Create<IDispatch>(CLSID_CFSDataLogger, IID_IDispatch);
-  CHECK(a != nullptr && b != nullptr && logger != nullptr, "channel classes creatable");
+  EXPECT_TRUE(a != nullptr && b != nullptr && logger != nullptr) << "channel classes creatable";
   if (a == nullptr || b == nullptr || logger == nullptr) return;
   Sink sink_a;
   Sink sink_b;
@@ -440,27 +442,28 @@ void CheckChannel(Server& server) {
     if (sets != nullptr) sets->Release();
   };
 
-  CHECK(assign(a) == S_OK, "register a");
+  EXPECT_TRUE(assign(a) == S_OK) << "register a";
   load_catalogue();
-  CHECK(sink_a.events.size() == 1 && sink_b.events.empty(), "a hears the loader");
+  EXPECT_TRUE(sink_a.events.size() == 1 && sink_b.events.empty()) << "a hears the loader";
   if (!sink_a.events.empty()) {
     const Event& e = sink_a.events[0];
-    CHECK(e.id == 1 && e.values.size() == 2 &&
-              e.values[0].rfind("Der Pfad zum Report-Set 'Fehlt' konnte nicht gefunden", 0) == 0 &&
-              e.values[1] == "3",
-          "the missing-folder message with icon 3");
+    EXPECT_TRUE(e.id == 1 && e.values.size() == 2 &&
+                e.values[0].rfind("Der Pfad zum Report-Set 'Fehlt' konnte nicht gefunden", 0) ==
+                    0 &&
+                e.values[1] == "3")
+        << "the missing-folder message with icon 3";
   }
-  CHECK(assign(b) == S_OK, "register b");
+  EXPECT_TRUE(assign(b) == S_OK) << "register b";
   load_catalogue();
-  CHECK(sink_a.events.size() == 1 && sink_b.events.size() == 1, "only b hears it now");
-  CHECK(assign(nullptr) == S_OK, "Nothing");
+  EXPECT_TRUE(sink_a.events.size() == 1 && sink_b.events.size() == 1) << "only b hears it now";
+  EXPECT_TRUE(assign(nullptr) == S_OK) << "Nothing";
   load_catalogue();
-  CHECK(sink_a.events.size() == 1 && sink_b.events.size() == 1, "no one hears it");
+  EXPECT_TRUE(sink_a.events.size() == 1 && sink_b.events.size() == 1) << "no one hears it";
 
   IDispatch* not_a_communicator = server.Create<IDispatch>(CLSID_CLanguage, IID_IDispatch);
   CallResult wrong;
   Call(logger, 0x68030000, DISPATCH_PROPERTYPUTREF, {Object(not_a_communicator)}, &wrong);
-  CHECK(FAILED(wrong.hr), "another class is refused");
+  EXPECT_TRUE(FAILED(wrong.hr)) << "another class is refused";
   not_a_communicator->Release();
 
   Disconnect(a, cookie_a);
@@ -510,32 +513,33 @@ class ScopedReportPath {
 // With no report set chosen the templates stay unloaded (silently); the
 // dictionaries are still Scripting.Dictionary objects, read as the same
 // object each time until another is assigned, and DDMemberUnten can be set.
-void CheckRessource(Server& server) {
+TEST(ComServer, RessourceLateBound) {
+  Server& server = *the_server;
   const ScopedReportPath no_set(L"");
   IDispatch* ressource = server.Create<IDispatch>(CLSID_CRessource, IID_IDispatch);
-  CHECK(ressource != nullptr, "CRessource creatable");
+  EXPECT_TRUE(ressource != nullptr) << "CRessource creatable";
   if (ressource == nullptr) return;
   CallResult ready;
   Call(ressource, IdOf(ressource, L"Ready"), DISPATCH_PROPERTYGET, {}, &ready);
-  CHECK(V_VT(&ready.value) == VT_BOOL && V_BOOL(&ready.value) == VARIANT_FALSE,
-        "not ready without a chosen set");
+  EXPECT_TRUE(V_VT(&ready.value) == VT_BOOL && V_BOOL(&ready.value) == VARIANT_FALSE)
+      << "not ready without a chosen set";
 
   const DISPID place_holder = IdOf(ressource, L"PlaceHolder");
   CallResult first;
   CallResult second;
   Call(ressource, place_holder, DISPATCH_PROPERTYGET, {}, &first);
   Call(ressource, place_holder, DISPATCH_PROPERTYGET, {}, &second);
-  CHECK(V_VT(&first.value) == VT_DISPATCH && V_DISPATCH(&first.value) != nullptr &&
-            V_DISPATCH(&first.value) == V_DISPATCH(&second.value),
-        "one dictionary object");
+  EXPECT_TRUE(V_VT(&first.value) == VT_DISPATCH && V_DISPATCH(&first.value) != nullptr &&
+              V_DISPATCH(&first.value) == V_DISPATCH(&second.value))
+      << "one dictionary object";
   IDispatch* other = server.Create<IDispatch>(CLSID_CLanguage, IID_IDispatch);
   CallResult assigned;
   Call(ressource, place_holder, DISPATCH_PROPERTYPUTREF, {Object(other)}, &assigned);
   CallResult after;
   Call(ressource, place_holder, DISPATCH_PROPERTYGET, {}, &after);
-  CHECK(
-      assigned.hr == S_OK && V_VT(&after.value) == VT_DISPATCH && V_DISPATCH(&after.value) == other,
-      "an assigned object replaces the dictionary");
+  EXPECT_TRUE(assigned.hr == S_OK && V_VT(&after.value) == VT_DISPATCH &&
+              V_DISPATCH(&after.value) == other)
+      << "an assigned object replaces the dictionary";
   other->Release();
 
   const DISPID member_bottom = IdOf(ressource, L"DDMemberUnten");
@@ -543,38 +547,42 @@ void CheckRessource(Server& server) {
   Call(ressource, member_bottom, DISPATCH_PROPERTYPUT, {Text("</table>\xE4")}, &put);
   CallResult get;
   Call(ressource, member_bottom, DISPATCH_PROPERTYGET, {}, &get);
-  CHECK(put.hr == S_OK && V_VT(&get.value) == VT_BSTR &&
-            FromBstr(V_BSTR(&get.value)) == "</table>\xE4",
-        "DDMemberUnten let and get");
+  EXPECT_TRUE(put.hr == S_OK && V_VT(&get.value) == VT_BSTR &&
+              FromBstr(V_BSTR(&get.value)) == "</table>\xE4")
+      << "DDMemberUnten let and get";
   ressource->Release();
 }
 
-void CheckUnloading(Server& server) {
-  CHECK(server.can_unload_now() == S_OK, "nothing alive");
+TEST(ComServer, DllCanUnloadNow) {
+  Server& server = *the_server;
+  EXPECT_TRUE(server.can_unload_now() == S_OK) << "nothing alive";
   IUnknown* object = server.Create<IUnknown>(CLSID_CLanguage, IID_IUnknown);
-  CHECK(server.can_unload_now() == S_FALSE, "a live object keeps the DLL");
+  EXPECT_TRUE(server.can_unload_now() == S_FALSE) << "a live object keeps the DLL";
   object->Release();
-  CHECK(server.can_unload_now() == S_OK, "released");
+  EXPECT_TRUE(server.can_unload_now() == S_OK) << "released";
   IClassFactory* factory = nullptr;
   server.get_class_object(CLSID_CLanguage, IID_IClassFactory, reinterpret_cast<void**>(&factory));
   factory->LockServer(TRUE);
   factory->Release();
-  CHECK(server.can_unload_now() == S_FALSE, "a server lock keeps the DLL");
+  EXPECT_TRUE(server.can_unload_now() == S_FALSE) << "a server lock keeps the DLL";
   server.get_class_object(CLSID_CLanguage, IID_IClassFactory, reinterpret_cast<void**>(&factory));
   factory->LockServer(FALSE);
   factory->Release();
-  CHECK(server.can_unload_now() == S_OK, "unlocked");
+  EXPECT_TRUE(server.can_unload_now() == S_OK) << "unlocked";
   IUnknown* unknown_class = nullptr;
-  CHECK(server.get_class_object(IID_IDispatch, IID_IClassFactory,
-                                reinterpret_cast<void**>(&unknown_class)) ==
-            CLASS_E_CLASSNOTAVAILABLE,
-        "a foreign class id");
+  EXPECT_TRUE(server.get_class_object(IID_IDispatch, IID_IClassFactory,
+                                      reinterpret_cast<void**>(&unknown_class)) ==
+              CLASS_E_CLASSNOTAVAILABLE)
+      << "a foreign class id";
 }
 
 // Registers machine-wide, then for the current user only; each time the
 // class, its ProgID and the type library are found where they belong, and
 // unregistering removes them again.
-void CheckRegistration(Server& server, const std::wstring& dll) {
+TEST(ComServer, RegistrationWritesAndRemovesTheKeys) {
+  if (!with_registration) GTEST_SKIP() << "without --registration";
+  Server& server = *the_server;
+  const std::wstring& dll = dll_copy;
   const std::wstring clsid = L"CLSID\\{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}";
   const std::wstring progid = L"VBFolioscope.CFSCommunicator\\CLSID";
   struct {
@@ -586,25 +594,26 @@ void CheckRegistration(Server& server, const std::wstring& dll) {
   for (const auto& place : places) {
     SetEnvironmentVariableW(L"FOLIOSCOPE_REGISTER_PER_USER", place.per_user);
     const std::wstring base = place.classes;
-    CHECK(server.register_server() == S_OK, "DllRegisterServer");
-    CHECK(ReadDefault(place.root, base + clsid + L"\\InprocServer32") == dll, "server path");
-    CHECK(ReadDefault(place.root, base + clsid + L"\\InprocServer32", L"ThreadingModel") ==
-              L"Apartment",
-          "apartment threaded");
-    CHECK(ReadDefault(place.root, base + progid) == L"{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}",
-          "ProgID");
+    EXPECT_TRUE(server.register_server() == S_OK) << "DllRegisterServer";
+    EXPECT_TRUE(ReadDefault(place.root, base + clsid + L"\\InprocServer32") == dll)
+        << "server path";
+    EXPECT_TRUE(ReadDefault(place.root, base + clsid + L"\\InprocServer32", L"ThreadingModel") ==
+                L"Apartment")
+        << "apartment threaded";
+    EXPECT_TRUE(ReadDefault(place.root, base + progid) == L"{5D0CDB3D-011A-4A43-84D9-8D414A7B7A21}")
+        << "ProgID";
     // Windows merges the user's classes into HKEY_CLASSES_ROOT; Wine shows
     // only the machine's there.
-    CHECK(place.root != HKEY_LOCAL_MACHINE ||
-              ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32") == dll,
-          "seen through HKEY_CLASSES_ROOT");
+    EXPECT_TRUE(place.root != HKEY_LOCAL_MACHINE ||
+                ReadDefault(HKEY_CLASSES_ROOT, clsid + L"\\InprocServer32") == dll)
+        << "seen through HKEY_CLASSES_ROOT";
     ITypeLib* library = nullptr;
-    CHECK(SUCCEEDED(LoadRegTypeLib(LIBID_VBFolioscope, 1, 0, 0, &library)), "type library");
+    EXPECT_TRUE(SUCCEEDED(LoadRegTypeLib(LIBID_VBFolioscope, 1, 0, 0, &library))) << "type library";
     if (library != nullptr) library->Release();
-    CHECK(server.unregister_server() == S_OK, "DllUnregisterServer");
-    CHECK(ReadDefault(place.root, base + clsid + L"\\InprocServer32") == L"<missing>",
-          "class removed");
-    CHECK(ReadDefault(HKEY_CLASSES_ROOT, progid) == L"<missing>", "ProgID removed");
+    EXPECT_TRUE(server.unregister_server() == S_OK) << "DllUnregisterServer";
+    EXPECT_TRUE(ReadDefault(place.root, base + clsid + L"\\InprocServer32") == L"<missing>")
+        << "class removed";
+    EXPECT_TRUE(ReadDefault(HKEY_CLASSES_ROOT, progid) == L"<missing>") << "ProgID removed";
   }
   SetEnvironmentVariableW(L"FOLIOSCOPE_REGISTER_PER_USER", nullptr);
 }
@@ -612,6 +621,7 @@ void CheckRegistration(Server& server, const std::wstring& dll) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
   if (argc < 2) {
     std::printf("usage: com_server_test <VBFolioscope.dll> [--registration]\n");
     return 2;
@@ -620,12 +630,13 @@ int main(int argc, char** argv) {
   std::wstring dll(argv[1], argv[1] + std::char_traits<char>::length(argv[1]));
   wchar_t full[MAX_PATH];
   GetFullPathNameW(dll.c_str(), MAX_PATH, full, nullptr);
-  const std::wstring copy = MakeApplicationFolder(full) + L"\\VBFolioscope.dll";
+  dll_copy = MakeApplicationFolder(full) + L"\\VBFolioscope.dll";
+  with_registration = argc > 2 && std::string(argv[2]) == "--registration";
 
   Server server;
-  server.module = LoadLibraryW(copy.c_str());
+  server.module = LoadLibraryW(dll_copy.c_str());
   if (server.module == nullptr) {
-    std::printf("FAIL: cannot load %ls\n", copy.c_str());
+    std::printf("FAIL: cannot load %ls\n", dll_copy.c_str());
     return 1;
   }
   // Through void*: the entry points' real types differ from FARPROC's.
@@ -636,20 +647,11 @@ int main(int argc, char** argv) {
   server.can_unload_now = reinterpret_cast<NoArgumentFn>(entry("DllCanUnloadNow"));
   server.register_server = reinterpret_cast<NoArgumentFn>(entry("DllRegisterServer"));
   server.unregister_server = reinterpret_cast<NoArgumentFn>(entry("DllUnregisterServer"));
-  CHECK(server.get_class_object && server.can_unload_now && server.register_server &&
-            server.unregister_server,
-        "the four entry points are exported by name");
-  if (failures > 0) return failures;
-
-  CheckConversions();
-  CheckDispatchIds(server);
-  CheckCatalogue(server);
-  CheckEvents(server);
-  CheckChannel(server);
-  CheckRessource(server);
-  CheckUnloading(server);
-  if (argc > 2 && std::string(argv[2]) == "--registration") CheckRegistration(server, copy);
-
-  std::printf("com_server_test: %d failure(s)\n", failures);
-  return failures;
+  if (!server.get_class_object || !server.can_unload_now || !server.register_server ||
+      !server.unregister_server) {
+    std::printf("FAIL: the four entry points are not exported by name\n");
+    return 1;
+  }
+  the_server = &server;
+  return RUN_ALL_TESTS();
 }

@@ -10,27 +10,20 @@
 // event checks live here rather than in a .vbs file.
 //
 // Usage: event_client <project.vbp> <output folder>
-// Prints every event as a line, then one line per failed check, then
-// "event-client-done"; the exit status is the number of failed checks.
+// Prints every event as a line and GoogleTest's report of the checks, then
+// "event-client-done"; the exit status is 1 when a check failed.
 #include <objbase.h>
 #include <ocidl.h>
 #include <oleauto.h>
 #include <windows.h>
+
+#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
 #include <vector>
 
 namespace {
-
-int failures = 0;
-
-void Check(bool ok, const std::wstring& what) {
-  if (!ok) {
-    ++failures;
-    std::wprintf(L"FAIL: %ls\n", what.c_str());
-  }
-}
 
 // ---------------------------------------------------------------------------
 // Late binding
@@ -154,7 +147,7 @@ IDispatch* Create(const wchar_t* prog_id) {
     hr = CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
                           reinterpret_cast<void**>(&object));
   }
-  Check(SUCCEEDED(hr), std::wstring(L"create ") + prog_id + L": " + Describe(hr));
+  EXPECT_TRUE(SUCCEEDED(hr)) << std::wstring(L"create ") + prog_id + L": " + Describe(hr);
   return SUCCEEDED(hr) ? object : nullptr;
 }
 
@@ -204,18 +197,18 @@ class Sink : public IDispatch {
         {VT_BSTR, VT_I4, VT_EMPTY}, {VT_I4, VT_EMPTY, VT_EMPTY}, {VT_I4, VT_BSTR, VT_BOOL}};
     Event event{id, L"", 0, false};
     if (id < 1 || id > 3) {
-      Check(false, L"unknown event id " + std::to_wstring(id));
+      EXPECT_TRUE(false) << L"unknown event id " + std::to_wstring(id);
       return S_OK;
     }
     const VARTYPE* signature = kSignatures[id - 1];
     UINT expected = 0;
     while (expected < 3 && signature[expected] != VT_EMPTY) ++expected;
-    Check(params->cArgs == expected, Name(id) + L": argument count");
+    EXPECT_TRUE(params->cArgs == expected) << Name(id) + L": argument count";
     for (UINT i = 0; i < params->cArgs && i < expected; ++i) {
       const VARIANT& arg = params->rgvarg[params->cArgs - 1 - i];
-      Check(arg.vt == (VT_BYREF | signature[i]),
-            Name(id) + L": argument " + std::to_wstring(i + 1) + L" is not passed by reference " +
-                L"with the declared type (vt " + std::to_wstring(arg.vt) + L")");
+      EXPECT_TRUE(arg.vt == (VT_BYREF | signature[i]))
+          << Name(id) + L": argument " + std::to_wstring(i + 1) + L" is not passed by reference " +
+                 L"with the declared type (vt " + std::to_wstring(arg.vt) + L")";
       if (!(arg.vt & VT_BYREF)) continue;
       switch (arg.vt & ~VT_BYREF) {
         case VT_BSTR:
@@ -226,8 +219,8 @@ class Sink : public IDispatch {
           break;
         case VT_BOOL:
           event.flag = *arg.pboolVal == VARIANT_TRUE;
-          Check(*arg.pboolVal == VARIANT_TRUE || *arg.pboolVal == VARIANT_FALSE,
-                Name(id) + L": Boolean is neither -1 nor 0");
+          EXPECT_TRUE(*arg.pboolVal == VARIANT_TRUE || *arg.pboolVal == VARIANT_FALSE)
+              << Name(id) + L": Boolean is neither -1 nor 0";
           break;
       }
     }
@@ -252,7 +245,7 @@ IID SourceInterface(IDispatch* communicator) {
     class_info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events);
     class_info->Release();
   }
-  Check(events != IID_NULL, L"IProvideClassInfo2 names the default source interface");
+  EXPECT_TRUE(events != IID_NULL) << L"IProvideClassInfo2 names the default source interface";
   return events;
 }
 
@@ -262,15 +255,15 @@ IConnectionPoint* Connect(IDispatch* communicator, Sink& sink, DWORD* cookie) {
   IConnectionPointContainer* container = nullptr;
   HRESULT hr = communicator->QueryInterface(IID_IConnectionPointContainer,
                                             reinterpret_cast<void**>(&container));
-  Check(SUCCEEDED(hr), L"communicator is a connection-point container");
+  EXPECT_TRUE(SUCCEEDED(hr)) << L"communicator is a connection-point container";
   if (FAILED(hr)) return nullptr;
   IConnectionPoint* point = nullptr;
   hr = container->FindConnectionPoint(SourceInterface(communicator), &point);
-  Check(SUCCEEDED(hr), L"connection point of the source interface: " + Describe(hr));
+  EXPECT_TRUE(SUCCEEDED(hr)) << L"connection point of the source interface: " + Describe(hr);
   container->Release();
   if (FAILED(hr)) return nullptr;
   hr = point->Advise(&sink, cookie);
-  Check(SUCCEEDED(hr), L"Advise: " + Describe(hr));
+  EXPECT_TRUE(SUCCEEDED(hr)) << L"Advise: " + Describe(hr);
   return point;
 }
 
@@ -284,16 +277,16 @@ void CheckReportEvents(const std::vector<Event>& events, const std::vector<std::
   for (const Event& e : events) {
     if (e.id != 1) progress.push_back(e);
   }
-  Check(!progress.empty() && progress[0].id == 2, L"the report begins with OnReportStart");
+  EXPECT_TRUE(!progress.empty() && progress[0].id == 2) << L"the report begins with OnReportStart";
   if (progress.empty()) return;
-  Check(progress[0].number == static_cast<long>(modules.size()) + 1,
-        L"OnReportStart(" + std::to_wstring(progress[0].number) + L") for " +
-            std::to_wstring(modules.size()) + L" modules");
-  Check(progress.size() == modules.size() + 1, L"one OnReportWorks per module");
+  EXPECT_TRUE(progress[0].number == static_cast<long>(modules.size()) + 1)
+      << L"OnReportStart(" + std::to_wstring(progress[0].number) + L") for " +
+             std::to_wstring(modules.size()) + L" modules";
+  EXPECT_TRUE(progress.size() == modules.size() + 1) << L"one OnReportWorks per module";
   for (size_t i = 1; i < progress.size() && i <= modules.size(); ++i) {
     const Event& e = progress[i];
-    Check(e.id == 3 && e.number == static_cast<long>(i) && e.text == modules[i - 1] && e.flag,
-          L"OnReportWorks " + std::to_wstring(i) + L" names " + modules[i - 1]);
+    EXPECT_TRUE(e.id == 3 && e.number == static_cast<long>(i) && e.text == modules[i - 1] && e.flag)
+        << L"OnReportWorks " + std::to_wstring(i) + L" names " + modules[i - 1];
   }
 }
 
@@ -319,7 +312,7 @@ bool HasMessage(const std::vector<Event>& events, const std::wstring& start, lon
   return false;
 }
 
-void Run(const wchar_t* project_path, const wchar_t* output) {
+void RunReportWithSinks(const wchar_t* project_path, const wchar_t* output) {
   IDispatch* communicator = Create(L"VBFolioscope.CFSCommunicator");
   IDispatch* logger = Create(L"VBFolioscope.CFSDataLogger");
   IDispatch* reader = Create(L"VBFolioscope.CProjektReader");
@@ -331,24 +324,24 @@ void Run(const wchar_t* project_path, const wchar_t* output) {
   IConnectionPoint* point = Connect(communicator, sink, &cookie);
   if (point == nullptr) return;
   Var channel(communicator);
-  Check(
-      SUCCEEDED(Invoke(logger, L"FSCommunicator", DISPATCH_PROPERTYPUTREF, {&channel.v}, nullptr)),
-      L"CFSDataLogger.FSCommunicator takes the communicator");
+  EXPECT_TRUE(
+      SUCCEEDED(Invoke(logger, L"FSCommunicator", DISPATCH_PROPERTYPUTREF, {&channel.v}, nullptr)))
+      << L"CFSDataLogger.FSCommunicator takes the communicator";
 
   // AddLog from the caller comes back as Message with the same values.
   Var text(L"Eigene Zeile"), icon(7L);
   VARIANT text_ref = ByRef(text), icon_ref = ByRef(icon);
   Invoke(communicator, L"AddLog", DISPATCH_METHOD, {&text_ref, &icon_ref}, nullptr);
-  Check(sink.events.size() == 1 && sink.events[0].id == 1 &&
-            sink.events[0].text == L"Eigene Zeile" && sink.events[0].number == 7,
-        L"AddLog raises Message with its own text and icon");
+  EXPECT_TRUE(sink.events.size() == 1 && sink.events[0].id == 1 &&
+              sink.events[0].text == L"Eigene Zeile" && sink.events[0].number == 7)
+      << L"AddLog raises Message with its own text and icon";
 
   Var path(project_path), project;
   Invoke(reader, L"Open", DISPATCH_METHOD, {&path.v}, &project);
-  Check(project.Object() != nullptr, L"the reader returns a project object");
+  EXPECT_TRUE(project.Object() != nullptr) << L"the reader returns a project object";
   if (project.Object() == nullptr) return;
   std::vector<std::wstring> modules = ModuleNames(project.Object());
-  Check(!modules.empty(), L"the project has modules");
+  EXPECT_TRUE(!modules.empty()) << L"the project has modules";
 
   IDispatch* report = Create(L"VBFolioscope.CFolioscope");
   if (report == nullptr) return;
@@ -364,7 +357,7 @@ void Run(const wchar_t* project_path, const wchar_t* output) {
   sink.events.clear();
   VARIANT mode_ref = ByRef(mode);
   HRESULT hr = Invoke(report, L"SaveReport", DISPATCH_METHOD, {&mode_ref}, &status);
-  Check(SUCCEEDED(hr) && status.Number() == 0, L"SaveReport 0 returns 0");
+  EXPECT_TRUE(SUCCEEDED(hr) && status.Number() == 0) << L"SaveReport 0 returns 0";
   CheckReportEvents(sink.events, modules);
 
   // No hhc.exe beside the DLL: the help-file build says so with icon 3. A
@@ -383,13 +376,15 @@ void Run(const wchar_t* project_path, const wchar_t* output) {
   Invoke(report, L"SaveCHMReportSystem", DISPATCH_METHOD, {&chm_mode_ref}, &chm_status);
   // The whole text, with its u-umlaut: the event carries Windows-1252 text
   // as UTF-16.
-  Check(HasMessage(second.events,
-                   L"Die Datei 'hhc.exe' konnte nicht im Anwendungsordner gefunden werden. "
-                   L"Diese ist f\u00fcr die Erstellung von CHM-Dateien unbedingt erforderlich. "
-                   L"Der Web-Report konnte nicht kompiliert werden.",
-                   3),
-        L"the missing hhc.exe is reported through Message with icon 3");
-  Check(sink.events.empty(), L"after the second registration the first communicator is silent");
+  EXPECT_TRUE(
+      HasMessage(second.events,
+                 L"Die Datei 'hhc.exe' konnte nicht im Anwendungsordner gefunden werden. "
+                 L"Diese ist f\u00fcr die Erstellung von CHM-Dateien unbedingt erforderlich. "
+                 L"Der Web-Report konnte nicht kompiliert werden.",
+                 3))
+      << L"the missing hhc.exe is reported through Message with icon 3";
+  EXPECT_TRUE(sink.events.empty())
+      << L"after the second registration the first communicator is silent";
 
   if (point2 != nullptr) {
     point2->Unadvise(second_cookie);
@@ -404,17 +399,26 @@ void Run(const wchar_t* project_path, const wchar_t* output) {
   communicator->Release();
 }
 
+// The project and output folder named on the command line.
+const wchar_t* project_file = nullptr;
+const wchar_t* output_folder = nullptr;
+
+TEST(EventClient, ProgressEventsOfAReport) { RunReportWithSinks(project_file, output_folder); }
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
+  testing::InitGoogleTest(&argc, argv);
   if (argc != 3) {
     std::fwprintf(stderr, L"usage: event_client <project.vbp> <output folder>\n");
     return 2;
   }
+  project_file = argv[1];
+  output_folder = argv[2];
   CoInitialize(nullptr);
-  Run(argv[1], argv[2]);
+  const int status = RUN_ALL_TESTS();
   CoUninitialize();
   std::wprintf(L"event-client-done\n");
   std::fflush(stdout);
-  return failures;
+  return status;
 }

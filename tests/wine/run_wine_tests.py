@@ -441,7 +441,7 @@ def run_vbs(args):
     if DONE_MARKER not in out:
         faults.append("the script did not reach its end")
     if rc != 0:
-        faults.append(f"{rc} failed checks (exit status)")
+        faults.append(f"failed checks (exit status {rc})")
     if args.compare:
         faults += report_differences(state["reference"], os.path.join(output_dir, args.compare))
     if args.compare_umlauts:
@@ -522,7 +522,7 @@ def run_events(args):
     if "event-client-done" not in out:
         faults.append("the event client did not reach its end (crash?)\n" + err[-2000:])
     if rc != 0:
-        faults.append(f"{rc} failed checks (exit status)")
+        faults.append(f"failed checks (exit status {rc})")
     faults += report_differences(state["reference"], os.path.join(output_dir, "events"))
     return finish("events", faults, elapsed)
 
