@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 
+#include "infra/test_folder.h"
 #include "model/vb6_reader.h"
 
 namespace folioscope::bench {
@@ -19,16 +20,8 @@ namespace fs = std::filesystem;
 
 class GeneratedProjectTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    folder_ =
-        fs::temp_directory_path() /
-        ("folioscope_bench_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-         "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  fs::path folder_;
+  TestFolder scratch_;
+  const fs::path folder_ = scratch_.path();
 };
 
 TEST_F(GeneratedProjectTest, ReadsBackAsGenerated) {
