@@ -100,8 +100,17 @@ std::string CCodeFormat::KeywordFilePath() {
 void CCodeFormat::LoadKeywords() {
   Trap(kModule, "LoadKeywords", [&] {
     const std::string path = KeywordFilePath();
-    if (!file_system_.IsDateiVorhanden(path)) RestoreSourceFile();
-    const FileStamp stamp = StampOfFile(path);
+    // A formatter is made for every code example. One look at the file
+    // answers both questions while it is there as it should be (a plain,
+    // non-empty file); only otherwise the existence test of the file system
+    // decides about restoring it.
+    FileStamp stamp = StampOfFile(path);
+    const bool in_place =
+        stamp.exists && !stamp.folder && (static_cast<uint64_t>(stamp.size) & 0xFFFFFFFFu) != 0;
+    if (!in_place) {
+      if (!file_system_.IsDateiVorhanden(path)) RestoreSourceFile();
+      stamp = StampOfFile(path);
+    }
     if (stamp.exists) {
       if (auto cached = Cache<KeywordTable>().Find(path, stamp)) {
         keywords_ = std::move(cached);
