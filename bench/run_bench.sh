@@ -129,7 +129,7 @@ for n in "${sizes[@]}"; do
     rm -rf "$project"
     "$build/make_project" --modules "$n" --seed "$seed" --out "$project" >"$work/p$n.made"
   fi
-  source_size[$n]=$(du -sb "$project" | cut -f1)
+  source_size[$n]=$(du -sbL "$project" | cut -f1)
   common=(--app-dir "$build" --registry "$registry" --quiet --no-progress)
   time_best lint$n -- "$folioscope" "${common[@]}" lint "$project/Grossprojekt.vbp" --missing
   read -r l_wall l_user l_sys l_rss < <(tail -n 1 "$work/lint$n.time")
