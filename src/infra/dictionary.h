@@ -64,8 +64,8 @@ class Dictionary {
 
   // Makes this dictionary hold the Long keys 1..count with the items
   // (*lines)[first] .. (*lines)[first + count - 1], in that order, as if
-  // each had been added; the texts are shared, not copied. Everything
-  // earlier in the dictionary is removed.
+  // each had been added; the texts are shared, not copied. Whatever the
+  // dictionary held before is removed.
   void ShareLines(SharedLines lines, size_t first, int32_t count);
 
   // Item get: the item of `key`, adding the key with an empty item when absent.

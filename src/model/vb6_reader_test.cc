@@ -144,6 +144,23 @@ TEST(Vb6Members, LineRangesFollowTheIde) {
   EXPECT_EQ(m.Members.Item("Done").CodeLines.Item(1), "' Event comment");
   EXPECT_EQ(m.Members.Item("Second").CodeLines.Item(7), "");
 
+  // The module and its members share one copy of the lines, which no
+  // dictionary's own changes may reach: a member's key 0 and a changed line
+  // stay in that member (Header and Done overlap in lines 2 and 3).
+  SourceModule& module = const_cast<SourceModule&>(m);
+  SourceMember& done = module.Members.Item("Done");
+  vb::Dictionary before_change = done.CodeLines;
+  EXPECT_EQ(done.CodeLines.Item(0), "");
+  done.CodeLines.SetItem(1, "changed");
+  EXPECT_EQ(done.CodeLines.Count(), 3);
+  EXPECT_EQ(done.CodeLines.KeyAt(1).long_value(), 2);
+  EXPECT_EQ(done.CodeLines.Item(2), "Public Event Done(ByVal Ok As Boolean)");
+  EXPECT_EQ(CodeLines(m).at(1), "' Event comment");
+  EXPECT_EQ(module.Members.Item("Header").CodeLines.Item(2), "' Event comment");
+  EXPECT_EQ(module.Members.Item("Header").CodeLines.Count(), 4);
+  EXPECT_EQ(module.CodeLines.Count(), 17);
+  EXPECT_EQ(before_change.Item(1), "' Event comment");
+
   // A module without procedures: Header holds every line.
   read = ReadText(folder, Crlf({"Option Explicit", "Public Const A = 1", "' end"}));
   ASSERT_TRUE(read.module);
