@@ -109,7 +109,9 @@ time_best() {
 }
 
 tables=(${BENCH_TABLES:-memory disk})
-memory_root=${BENCH_MEMORY_DIR:-/dev/shm}/folioscope-bench-$(id -u)
+# Named after the work folder, so that benchmarks of two build trees on one
+# machine do not write into each other's reports.
+memory_root=${BENCH_MEMORY_DIR:-/dev/shm}/folioscope-bench-$(printf '%s' "$work" | cksum | cut -d' ' -f1)
 
 # out_root TABLE: the folder that takes the reports and floors of TABLE.
 out_root() {
