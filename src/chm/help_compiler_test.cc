@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "engine/report_test_support.h"
+#include "pages/page_test_support.h"
 
 namespace folioscope {
 namespace {
