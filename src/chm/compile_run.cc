@@ -17,10 +17,6 @@ namespace {
 
 constexpr const char* kCrLf = "\r\n";
 
-std::string InFolder(const std::string& folder, const std::string& name) {
-  return folder + kPathSeparatorText + name;
-}
-
 // The name of `path` when it lies directly in `folder` (separators at the end
 // of `folder` and either separator in `path` allowed), else "".
 std::string NameInFolder(const std::string& path, const std::string& folder) {
@@ -64,7 +60,7 @@ HelpCompilerRun PlanHelpCompilerRun(const std::string& folder, const std::string
 #else
   (void)batch;
   return {ShellQuote(FindHelpCompiler()) + " " + ShellQuote(kChmcmdProjectName), kChmcmdProjectName,
-          ChmcmdProjectText(folder, ReadFileText(InFolder(folder, "Project.hhp")))};
+          ChmcmdProjectText(folder, ReadFileText(folder + kPathSeparatorText + "Project.hhp"))};
 #endif
 }
 
