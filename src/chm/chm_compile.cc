@@ -18,10 +18,10 @@
 
 #include "chm/help_compiler.h"
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
+#include "infra/fs_communicator.h"
 #include "infra/os_path.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"

@@ -24,8 +24,8 @@
 #include <vector>
 
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
 #include "infra/registry.h"

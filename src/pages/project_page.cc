@@ -7,9 +7,9 @@
 #include <string>
 
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 #include "model/module_kinds.h"
