@@ -9,11 +9,9 @@
 // compile.bat is still written (the record of what the run does) but chmcmd
 // is run directly, on a derived project file that it can read
 // (help_compiler.h); the derived file is removed after the run.
-#include <filesystem>
 #include <set>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "chm/help_compiler.h"
@@ -22,7 +20,6 @@
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
 #include "infra/fs_communicator.h"
-#include "infra/os_path.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
@@ -79,22 +76,12 @@ void DeleteWrittenFiles(std::set<std::string>& written, const std::string& folde
   for (auto it = written.begin(); it != written.end();) {
     const std::string name = NameInFolder(*it, folder);
     if (!name.empty() && WildcardMatch(name, pattern) && ResolveInside(folder, name)) {
-      std::error_code ec;
-      std::filesystem::remove(OsPath(*it), ec);
+      RemoveFile(*it);
       it = written.erase(it);
     } else {
       ++it;
     }
   }
-}
-
-bool HelpCompilerPresent(const CFileSystem& file_system) {
-#ifdef _WIN32
-  return file_system.IsDateiVorhanden(CurrentPlatform().ApplicationFolder() + "\\hhc.exe");
-#else
-  (void)file_system;
-  return !FindHelpCompiler().empty();
-#endif
 }
 
 }  // namespace
@@ -116,7 +103,7 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
     CreateCHMMapAndAlias(mode);
     CreateCHMTableOfContens(mode);
     const std::string folder = PlainPath;
-    if (!HelpCompilerPresent(*file_system_)) {
+    if (CurrentPlatform().FindHelpCompiler().path.empty()) {
       AddLog(CurrentPlatform().ApplicationFolder() + kPathSeparatorText + kMissingCompiler,
              kIconFailure);
       return;
@@ -147,17 +134,17 @@ int32_t CFolioscope::SaveCHMReportSystem(int32_t SaveMode) {
 void CFolioscope::RunHelpCompiler(const std::string& folder) {
   const std::string batch = InFolder(folder, "compile.bat");
   WriteTextFile(batch, CompileBatchText(folder), false);
-#ifdef _WIN32
-  // Quoted: the output folder may hold blanks.
-  RunAndWait("\"" + batch + "\"", kWindowHidden, true);
-#else
+  const HelpCompiler compiler = CurrentPlatform().FindHelpCompiler();
+  if (compiler.runs_beside_pages) {
+    // Quoted: the output folder may hold blanks.
+    RunAndWait("\"" + batch + "\"", kWindowHidden, true);
+    return;
+  }
   const std::string derived = InFolder(folder, kChmcmdProjectName);
   WriteTextFile(derived, ChmcmdProjectText(folder, ReadFileText(InFolder(folder, "Project.hhp"))),
                 false);
-  RunAndWait(ShellQuote(FindHelpCompiler()) + " " + ShellQuote(kChmcmdProjectName), kWindowHidden,
-             true);
+  RunAndWait(ShellQuote(compiler.path) + " " + ShellQuote(kChmcmdProjectName), kWindowHidden, true);
   DeleteWrittenFiles(written_files_, folder, kChmcmdProjectName);
-#endif
 }
 
 void CFolioscope::DeleteCompileFiles(const std::string& folder) {
@@ -173,17 +160,10 @@ int32_t CFolioscope::RunAndWait(const std::string& CommandLine, int32_t WindowSt
                                 bool DoEventsWhileWaiting) {
   int32_t exit_code = 0;
   Trap(kClass, "RunAndWait", [&] {
-#ifdef _WIN32
-    // The Windows platform starts every program without a console window.
-    (void)WindowStyle;
-    std::vector<std::string> argv = {"cmd.exe", "/c", CommandLine};
-#else
-    // A hidden window: the compiler's console output goes nowhere.
-    const std::string line =
-        WindowStyle == kWindowHidden ? CommandLine + " >/dev/null 2>&1" : CommandLine;
-    std::vector<std::string> argv = {"/bin/sh", "-c", line};
-#endif
-    exit_code = CurrentPlatform().RunAndWait(argv, PlainPath, DoEventsWhileWaiting);
+    Platform& platform = CurrentPlatform();
+    const std::vector<std::string> argv =
+        platform.ShellCommand(CommandLine, WindowStyle == kWindowHidden);
+    exit_code = platform.RunAndWait(argv, PlainPath, DoEventsWhileWaiting);
   });
   return exit_code;
 }

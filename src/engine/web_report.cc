@@ -1,18 +1,15 @@
 // The web report driver: SaveReport prepares the output folder, copies the
 // report set's resource files next to the pages (WriteFileRessources) and
 // calls the page writers for the whole project, one module or one member.
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 
-#include "chm/help_compiler.h"
 #include "engine/folioscope.h"
 #include "engine/object_required.h"
 #include "infra/error_handler.h"
+#include "infra/file_system.h"
 #include "infra/fs_communicator.h"
-#include "infra/os_path.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
@@ -37,19 +34,6 @@ std::string CombineOutputPath(const std::string& plain_path, const std::string& 
   if (!folder_name.empty()) path += folder_name;
   const std::string single(1, kPathSeparator);
   return vb::Replace(path, single + single, single);
-}
-
-// Creates one folder level, like VB's MkDir: a missing parent is error 76,
-// any other failure 75. An existing folder is left alone.
-void MakeFolder(const std::string& path) {
-  namespace fs = std::filesystem;
-  std::error_code ec;
-  const fs::path folder(OsPath(path));
-  fs::create_directory(folder, ec);
-  if (!ec) return;
-  const fs::path parent = folder.parent_path();
-  if (!parent.empty() && !fs::is_directory(parent)) vb::Raise(vb::kPathNotFound);
-  vb::Raise(vb::kPathFileAccessError);
 }
 
 // Resource names come from the report set's Description.dat: a name is
@@ -151,28 +135,21 @@ int32_t CFolioscope::WriteFileRessources() {
       }
     }
     if (chm_mode_) {
-#ifdef _WIN32
-      const std::string compiler = CurrentPlatform().ApplicationFolder() + "\\hhc.exe";
-      if (file_system_->IsDateiVorhanden(compiler)) {
-        source = compiler;
-        target = PlainPath + "\\hhc.exe";
+      // hhc.exe is run from beside the pages; chmcmd from where it is
+      // installed, so nothing is copied.
+      const HelpCompiler compiler = CurrentPlatform().FindHelpCompiler();
+      if (compiler.path.empty()) {
+        AddLog(kMissingCompilerMessage, kIconFailure);
+        CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
+                                     "Quillon");
+      } else if (compiler.runs_beside_pages) {
+        source = compiler.path;
+        target = PlainPath + kPathSeparatorText + "hhc.exe";
         CopyFileOver(source, target);
         written_files_.insert(target);
         source.clear();
         target.clear();
-      } else {
-        AddLog(kMissingCompilerMessage, kIconFailure);
-        CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
-                                     "Quillon");
       }
-#else
-      // chmcmd runs from where it is installed; nothing is copied.
-      if (FindHelpCompiler().empty()) {
-        AddLog(kMissingCompilerMessage, kIconFailure);
-        CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
-                                     "Quillon");
-      }
-#endif
     }
   } catch (const std::exception& e) {
     std::string hint;

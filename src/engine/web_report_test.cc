@@ -16,7 +16,6 @@ namespace {
 using report_testing::AddMember;
 using report_testing::AddModule;
 using report_testing::ReportTest;
-using report_testing::ScopedEnv;
 using report_testing::WriteMiniFile;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -151,7 +150,7 @@ TEST_F(WebReportTest, NothingIsWrittenWithoutPathOrProject) {
 }
 
 TEST_F(WebReportTest, ResourceNamedTwiceIsListedOnceInHelpFileMode) {
-  ScopedEnv env("FOLIOSCOPE_HHC", "/bin/true");
+  platform_.help_compiler.path = "/bin/true";
   auto report = MakeWriter();
   CFolioscopeTestPeer peer(*report);
   peer.StartHelpFileMode();
@@ -163,7 +162,6 @@ TEST_F(WebReportTest, ResourceNamedTwiceIsListedOnceInHelpFileMode) {
 }
 
 TEST_F(WebReportTest, MissingHelpCompilerIsReportedOnlyInHelpFileMode) {
-  ScopedEnv env("FOLIOSCOPE_HHC", (root_ / "kein-chmcmd").string());
   auto report = MakeWriter();
   CFolioscopeTestPeer peer(*report);
   peer.WriteFileRessources();
