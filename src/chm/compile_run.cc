@@ -1,12 +1,9 @@
 #include "chm/compile_run.h"
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "chm/help_compiler.h"
 #include "infra/file_system.h"
-#include "infra/os_path.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
@@ -31,20 +28,11 @@ std::string NameInFolder(const std::string& path, const std::string& folder) {
 
 }  // namespace
 
-bool HelpCompilerPresent() {
-#ifdef _WIN32
-  return CFileSystem().IsDateiVorhanden(HelpCompilerToCopy());
-#else
-  return !FindHelpCompiler().empty();
-#endif
-}
+bool HelpCompilerPresent() { return !CurrentPlatform().FindHelpCompiler().path.empty(); }
 
 std::string HelpCompilerToCopy() {
-#ifdef _WIN32
-  return CurrentPlatform().ApplicationFolder() + "\\hhc.exe";
-#else
-  return "";
-#endif
+  const HelpCompiler compiler = CurrentPlatform().FindHelpCompiler();
+  return compiler.runs_beside_pages ? compiler.path : "";
 }
 
 std::string CompileBatchText(const std::string& folder) {
@@ -53,27 +41,15 @@ std::string CompileBatchText(const std::string& folder) {
 }
 
 HelpCompilerRun PlanHelpCompilerRun(const std::string& folder, const std::string& batch) {
-#ifdef _WIN32
-  (void)folder;
+  const HelpCompiler compiler = CurrentPlatform().FindHelpCompiler();
   // Quoted: the output folder may hold blanks.
-  return {"\"" + batch + "\"", "", ""};
-#else
-  (void)batch;
-  return {ShellQuote(FindHelpCompiler()) + " " + ShellQuote(kChmcmdProjectName), kChmcmdProjectName,
+  if (compiler.runs_beside_pages) return {"\"" + batch + "\"", "", ""};
+  return {ShellQuote(compiler.path) + " " + ShellQuote(kChmcmdProjectName), kChmcmdProjectName,
           ChmcmdProjectText(folder, ReadFileText(folder + kPathSeparatorText + "Project.hhp"))};
-#endif
 }
 
 std::vector<std::string> ShellCommand(const std::string& command_line, int32_t window_style) {
-#ifdef _WIN32
-  // The Windows platform starts every program without a console window.
-  (void)window_style;
-  return {"cmd.exe", "/c", command_line};
-#else
-  const std::string line =
-      window_style == kWindowHidden ? command_line + " >/dev/null 2>&1" : command_line;
-  return {"/bin/sh", "-c", line};
-#endif
+  return CurrentPlatform().ShellCommand(command_line, window_style == kWindowHidden);
 }
 
 // The help file's name comes from the project's name, which the compiler
@@ -90,8 +66,7 @@ void DeleteWrittenFiles(std::set<std::string>& written, const std::string& folde
   for (auto it = written.begin(); it != written.end();) {
     const std::string name = NameInFolder(*it, folder);
     if (!name.empty() && WildcardMatch(name, pattern) && ResolveInside(folder, name)) {
-      std::error_code ec;
-      std::filesystem::remove(OsPath(*it), ec);
+      RemoveFile(*it);
       it = written.erase(it);
     } else {
       ++it;

@@ -27,8 +27,7 @@ inline constexpr int32_t kWindowHidden = 0;
 inline constexpr const char* kIntermediatePatterns[] = {"*.htm", "*.h",   "*.jpg", "*.js",
                                                         "*.hhp", "*.css", "*.hhc"};
 
-// True when the help compiler can be run: hhc.exe in the application folder
-// on Windows, FindHelpCompiler() elsewhere.
+// True when Platform::FindHelpCompiler finds a help compiler to run.
 bool HelpCompilerPresent();
 
 // The compiler file that a help-file build copies next to the pages, or ""

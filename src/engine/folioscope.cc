@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"

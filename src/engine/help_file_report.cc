@@ -8,7 +8,7 @@
 #include "chm/chm_project_files.h"
 #include "chm/compile_run.h"
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"

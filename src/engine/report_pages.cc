@@ -7,7 +7,7 @@
 
 #include "chm/chm_project_files.h"
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"

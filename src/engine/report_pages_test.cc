@@ -14,7 +14,6 @@ namespace folioscope {
 namespace {
 
 using report_testing::ReportTest;
-using report_testing::ScopedEnv;
 using ::testing::HasSubstr;
 
 class ReportPagesTest : public ReportTest {
@@ -120,7 +119,6 @@ TEST_F(ReportPagesTest, WrittenModulePageWritesListedMemberPagesWithoutPrefix) {
 }
 
 TEST_F(ReportPagesTest, HelpFileModeListsPagesAndNestsTheirContentsEntries) {
-  ScopedEnv env("FOLIOSCOPE_HHC", (root_ / "kein-chmcmd").string());
   SetWord("ToolBarPrivateValue", 0);
   SetWord("ToolBarFriendValue", 0);
   auto entry = [](const std::string& caption, const std::string& file) {

@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "pages/page_test_support.h"
+#include "infra/fs_communicator.h"
 
 namespace folioscope {
 namespace report_testing {

@@ -1,17 +1,16 @@
 // The web report driver: SaveReport prepares the output folder, copies the
 // report set's resource files next to the pages (WriteFileRessources) and
 // calls the page writers for the whole project, one module or one member.
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "chm/compile_run.h"
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 #include "infra/error_handler.h"
-#include "infra/os_path.h"
+#include "infra/file_system.h"
+#include "infra/fs_communicator.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
@@ -37,19 +36,6 @@ std::string CombineOutputPath(const std::string& plain_path, const std::string& 
   if (!folder_name.empty()) path += folder_name;
   const std::string single(1, kPathSeparator);
   return vb::Replace(path, single + single, single);
-}
-
-// Creates one folder level, like VB's MkDir: a missing parent is error 76,
-// any other failure 75. An existing folder is left alone.
-void MakeFolder(const std::string& path) {
-  namespace fs = std::filesystem;
-  std::error_code ec;
-  const fs::path folder(OsPath(path));
-  fs::create_directory(folder, ec);
-  if (!ec) return;
-  const fs::path parent = folder.parent_path();
-  if (!parent.empty() && !fs::is_directory(parent)) vb::Raise(vb::kPathNotFound);
-  vb::Raise(vb::kPathFileAccessError);
 }
 
 // Resource names come from the report set's Description.dat: a name is

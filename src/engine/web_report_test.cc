@@ -16,7 +16,6 @@ namespace {
 using report_testing::AddMember;
 using report_testing::AddModule;
 using report_testing::ReportTest;
-using report_testing::ScopedEnv;
 using report_testing::WriteMiniFile;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -151,7 +150,6 @@ TEST_F(WebReportTest, NothingIsWrittenWithoutPathOrProject) {
 }
 
 TEST_F(WebReportTest, MissingHelpCompilerIsReportedOnlyInHelpFileMode) {
-  ScopedEnv env("FOLIOSCOPE_HHC", (root_ / "kein-chmcmd").string());
   auto report = MakeReport();
   report->SaveReport(0);
   EXPECT_TRUE(events_.messages.empty());

@@ -1,6 +1,5 @@
 #include "format/code_format.h"
 
-#include <filesystem>
 #include <map>
 #include <mutex>
 #include <unordered_set>
@@ -9,7 +8,7 @@
 #include "format/keyword_resource.h"
 #include "infra/error_handler.h"
 #include "infra/file_stamp.h"
-#include "infra/os_path.h"
+#include "infra/file_system.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 
@@ -101,7 +100,7 @@ void CCodeFormat::LoadKeywords() {
   Trap(kModule, "LoadKeywords", [&] {
     const std::string path = KeywordFilePath();
     if (!file_system_.IsDateiVorhanden(path)) RestoreSourceFile();
-    const FileStamp stamp = StampOfFile(path);
+    const FileStamp stamp = CurrentPlatform().StampOfFile(path);
     if (stamp.exists) {
       if (auto cached = Cache<KeywordTable>().Find(path, stamp)) {
         keywords_ = std::move(cached);
@@ -120,9 +119,7 @@ void CCodeFormat::RestoreSourceFile() {
   Trap(kModule, "RestoreSourceFile", [&] {
     const std::string folder = CurrentPlatform().ApplicationFolder();
     if (!file_system_.IsOrdnerVorhanden(folder)) {
-      std::error_code ec;
-      std::filesystem::create_directories(OsPath(folder), ec);
-      if (ec) vb::Raise(vb::kPathNotFound);
+      if (!CreateFolders(folder)) vb::Raise(vb::kPathNotFound);
     }
     std::string_view bytes = KeywordResource();
     if (!WriteFileAtomically(KeywordFilePath(), bytes)) vb::Raise(vb::kPathFileAccessError);

@@ -175,27 +175,6 @@ inline void WriteMiniReportSet(const std::filesystem::path& app) {
   WriteBytes(app / "Res" / "Mini" / "logo.gif", "GIF89a");
 }
 
-// Sets an environment variable for the scope and restores the old value.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const std::string& value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old, had_ = true;
-    ::setenv(name, value.c_str(), 1);
-  }
-  ~ScopedEnv() {
-    if (had_) {
-      ::setenv(name_, old_.c_str(), 1);
-    } else {
-      ::unsetenv(name_);
-    }
-  }
-
- private:
-  const char* name_;
-  std::string old_;
-  bool had_ = false;
-};
-
 inline SourceParameter& AddParameter(SourceMember& m, const std::string& name,
                                      const std::string& type, const std::string& passing) {
   auto p = std::make_unique<SourceParameter>();
