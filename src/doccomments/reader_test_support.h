@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/platform.h"
 #include "infra/recording_platform.h"
 #include "infra/test_folder.h"

@@ -233,6 +233,55 @@ bool WriteFileAtomically(const std::string& path, std::string_view bytes) {
   return false;
 }
 
+bool RemoveFile(const std::string& path) {
+  std::error_code ec;
+  return fs::remove(OsPath(path), ec);
+}
+
+void MakeFolder(const std::string& path) {
+  std::error_code ec;
+  const fs::path folder(OsPath(path));
+  fs::create_directory(folder, ec);
+  if (!ec) return;
+  const fs::path parent = folder.parent_path();
+  if (!parent.empty() && !fs::is_directory(parent)) vb::Raise(vb::kPathNotFound);
+  vb::Raise(vb::kPathFileAccessError);
+}
+
+bool CreateFolders(const std::string& path) {
+  std::error_code ec;
+  fs::create_directories(OsPath(path), ec);
+  return !ec;
+}
+
+std::string ParentFolder(const std::string& path) { return fs::path(path).parent_path().string(); }
+
+std::string PathStem(const std::string& path) { return fs::path(path).stem().string(); }
+
+EntryKind KindOfEntry(const std::string& path) {
+  std::error_code ec;
+  const fs::path os_path(OsPath(path));
+  const fs::file_status own = fs::symlink_status(os_path, ec);
+  if (ec || own.type() == fs::file_type::not_found) return EntryKind::kMissing;
+  if (own.type() == fs::file_type::symlink && !fs::exists(os_path, ec))
+    return EntryKind::kDanglingLink;
+  return EntryKind::kPresent;
+}
+
+bool LiesStrictlyBelow(const std::string& base, const std::string& path) {
+  std::error_code ec;
+  const fs::path real_base = fs::weakly_canonical(fs::path(OsPath(base)), ec);
+  if (ec) return false;
+  const fs::path real_path = fs::weakly_canonical(fs::path(OsPath(path)), ec);
+  if (ec) return false;
+  auto b = real_base.begin();
+  auto p = real_path.begin();
+  for (; b != real_base.end(); ++b, ++p) {
+    if (p == real_path.end() || *p != *b) return false;
+  }
+  return p != real_path.end();
+}
+
 void CopyFileOver(const std::string& source, const std::string& target) {
   std::string from = OsPath(source);
   std::string to = OsPath(target);

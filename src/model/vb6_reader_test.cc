@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "infra/recording_platform.h"
 #include "infra/test_folder.h"
 #include "model/vb6_declaration.h"
 
@@ -15,6 +16,21 @@ namespace folioscope {
 namespace {
 
 namespace fs = std::filesystem;
+
+// The reader lists folders through the platform: every test of this program
+// runs with a recording one.
+class RecordingPlatformEnvironment : public ::testing::Environment {
+ public:
+  void SetUp() override { previous_ = SetCurrentPlatform(&platform); }
+  void TearDown() override { SetCurrentPlatform(previous_); }
+  RecordingPlatform platform;
+
+ private:
+  Platform* previous_ = nullptr;
+};
+
+RecordingPlatformEnvironment* const g_environment = static_cast<RecordingPlatformEnvironment*>(
+    ::testing::AddGlobalTestEnvironment(new RecordingPlatformEnvironment));
 
 // Lines joined with CR LF, each line ended.
 std::string Crlf(const std::vector<std::string>& lines) {
@@ -463,10 +479,13 @@ TEST(Vb6Reader, UmlautFileNamesInAnyCaseAndEncoding) {
                                                     "Class=CB\374cher; unter\xC4\\cb\334cher.CLS",
                                                     "Module=mod\xC4nderung; MOD\xE4NDERUNG.bas",
                                                 }));
+  g_environment->platform.listed_folders.clear();
   ProjectReadResult read = ReadProject(vbp);
   ASSERT_TRUE(read.project);
   EXPECT_TRUE(read.diagnostics.empty()) << read.diagnostics[0].ToText();
   const std::string base = folder.path().string() + "/";
+  // Names in another case are looked up in the platform's folder listings.
+  EXPECT_EQ(g_environment->platform.listed_folders.size(), 4u);
   const std::vector<std::pair<std::string, std::string>> expected = {
       {"frmPr\374fung", base + "frmPr\374fung.frm"},
       {"CB\374cher", base + "Unter\xE4/CB\374cher.cls"},

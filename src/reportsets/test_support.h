@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 #include "reportsets/winapi_crypt.h"
 
 namespace folioscope {
