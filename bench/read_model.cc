@@ -7,6 +7,8 @@
 #include <chrono>
 #include <cstdio>
 
+#include "infra/posix_platform.h"
+#include "infra/registry_tree.h"
 #include "model/vb6_reader.h"
 
 int main(int argc, char** argv) {
@@ -14,6 +16,10 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: read_model PROJECT.vbp\n");
     return 2;
   }
+  // A file named in another case is looked up in the platform's listing.
+  folioscope::RegistryTree settings;
+  folioscope::PosixPlatform platform(&settings, ".");
+  folioscope::SetCurrentPlatform(&platform);
   auto start = std::chrono::steady_clock::now();
   folioscope::ProjectReadResult read = folioscope::ReadProject(argv[1]);
   double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

@@ -9,10 +9,17 @@
 #   run_bench.sh BUILD_DIR [WORK_DIR] [SIZES...]
 #
 # BUILD_DIR holds folioscope, make_project, write_floor and Res/ (the build
-# tree is an application folder). WORK_DIR defaults to BUILD_DIR/bench-work;
-# its reports stay there for compare_reports.sh. SIZES default to
+# tree is an application folder). WORK_DIR defaults to BUILD_DIR/bench-work
+# and keeps the generated projects and the logs. SIZES default to
 # "100 1000 3000". Every run is preceded by one untimed run, so that all
 # figures are taken with the source files in the page cache.
+#
+# Reports and floors are written to a memory file system first
+# ($BENCH_MEMORY_DIR, default /dev/shm), where creating a file costs only
+# the kernel's own work and the figures repeat from run to run; then, for a
+# second table, to WORK_DIR on the disk. BENCH_TABLES picks "memory", "disk"
+# or "memory disk" (the default). The reports of the last table stay in its
+# folder (reportN, chmN) for compare_reports.sh.
 set -euo pipefail
 
 if [ $# -lt 1 ]; then
@@ -59,28 +66,28 @@ timed_round() {
   fi
 }
 
-# run_timed LABEL OUT -- COMMAND...: runs COMMAND once untimed, then
+# run_timed LABEL OUT ROOT -- COMMAND...: runs COMMAND once untimed, then
 # $BENCH_REPEAT rounds (default 3) of: the write floor of the output just
-# made, then COMMAND under /usr/bin/time. Floor and command take turns, so
+# made (written below ROOT), then COMMAND under /usr/bin/time. Floor and command take turns, so
 # both meet the file system in the same state: creating files right after
 # many were deleted costs ext4 far more than on a quiet disk, and that
 # state drifts over a run. Leaves the fastest command run as
 # "wall user sys maxrss_kb" in $work/LABEL.time and the fastest floor as
 # "files bytes seconds cpu_seconds" in $work/LABEL.floor.
 run_timed() {
-  local label=$1 out=$2
-  shift 3
+  local label=$1 out=$2 root=$3
+  shift 4
   local status=0 run best_floor="" floor_line
   rm -rf "$out" "$work/$label.time"
   "$@" >/dev/null 2>"$work/$label.log" || true
   for ((run = 0; run < ${BENCH_REPEAT:-3}; run++)); do
-    floor_line=$("$build/write_floor" "$out" "$work/floor-$label" --repeat 1 2>/dev/null |
+    floor_line=$("$build/write_floor" "$out" "$root/floor-$label" --repeat 1 2>/dev/null |
       sed 's/[a-z_]*=//g')
     if less_than "$(echo "$floor_line" | cut -d' ' -f3)" "$best_floor"; then
       best_floor=$(echo "$floor_line" | cut -d' ' -f3)
       echo "$floor_line" >"$work/$label.floor"
     fi
-    rm -rf "$work/floor-$label" "$out"
+    rm -rf "$root/floor-$label" "$out"
     timed_round "$label" "$@"
   done
   echo "$status" >"$work/$label.status"
@@ -101,39 +108,68 @@ time_best() {
   echo "$status" >"$work/$label.status"
 }
 
-results=()
+tables=(${BENCH_TABLES:-memory disk})
+# Named after the work folder, so that benchmarks of two build trees on one
+# machine do not write into each other's reports.
+memory_root=${BENCH_MEMORY_DIR:-/dev/shm}/folioscope-bench-$(printf '%s' "$work" | cksum | cut -d' ' -f1)
+
+# out_root TABLE: the folder that takes the reports and floors of TABLE.
+out_root() {
+  case $1 in
+    memory) echo "$memory_root" ;;
+    disk) echo "$work" ;;
+    *) echo "run_bench.sh: unknown table $1 (memory or disk)" >&2; exit 2 ;;
+  esac
+}
+
+# Projects first, and lint once per project: it writes no file, so the file
+# system under the reports does not change its figures.
+declare -A lint_line source_size
 for n in "${sizes[@]}"; do
   project=$work/p$n
   if [ ! -f "$project/Grossprojekt.vbp" ]; then
     rm -rf "$project"
     "$build/make_project" --modules "$n" --seed "$seed" --out "$project" >"$work/p$n.made"
   fi
-  source_bytes=$(du -sb "$project" | cut -f1)
+  source_size[$n]=$(du -sbL "$project" | cut -f1)
   common=(--app-dir "$build" --registry "$registry" --quiet --no-progress)
-
-  run_timed report$n "$work/report$n" -- \
-    "$folioscope" "${common[@]}" report "$project/Grossprojekt.vbp" -o "$work/report$n"
-  run_timed chm$n "$work/chm$n" -- \
-    env FOLIOSCOPE_HHC="$no_compiler" \
-    "$folioscope" "${common[@]}" chm "$project/Grossprojekt.vbp" -o "$work/chm$n"
-
   time_best lint$n -- "$folioscope" "${common[@]}" lint "$project/Grossprojekt.vbp" --missing
-
-  read -r floor_files floor_bytes floor_s floor_cpu <"$work/report$n.floor"
-  read -r chm_floor_files chm_floor_bytes chm_floor_s chm_floor_cpu <"$work/chm$n.floor"
-
-  # /usr/bin/time puts "Command exited with non-zero status" above the figures.
-  read -r r_wall r_user r_sys r_rss < <(tail -n 1 "$work/report$n.time")
-  read -r c_wall c_user c_sys c_rss < <(tail -n 1 "$work/chm$n.time")
   read -r l_wall l_user l_sys l_rss < <(tail -n 1 "$work/lint$n.time")
-  results+=("$n $source_bytes $(cat "$work/report$n.status") $r_wall $r_user $r_sys $r_rss \
-$floor_files $floor_bytes $floor_s $(cat "$work/chm$n.status") $c_wall $c_user $c_sys $c_rss \
-$chm_floor_files $chm_floor_s $floor_cpu $chm_floor_cpu \
-$(cat "$work/lint$n.status") $l_wall $l_user $l_sys $l_rss")
+  lint_line[$n]="$(cat "$work/lint$n.status") $l_wall $l_user $l_sys $l_rss"
 done
 
-printf '%s\n' "${results[@]}" | awk '
+# measure_table TABLE: report and chm of every size, written below the
+# table's folder; prints one line of figures per size.
+measure_table() {
+  local root n project floor_files floor_bytes floor_s floor_cpu
+  local chm_floor_files chm_floor_bytes chm_floor_s chm_floor_cpu
+  root=$(out_root "$1")
+  mkdir -p "$root"
+  for n in "${sizes[@]}"; do
+    project=$work/p$n
+    common=(--app-dir "$build" --registry "$registry" --quiet --no-progress)
+    run_timed report$n-$1 "$root/report$n" "$root" -- \
+      "$folioscope" "${common[@]}" report "$project/Grossprojekt.vbp" -o "$root/report$n"
+    run_timed chm$n-$1 "$root/chm$n" "$root" -- \
+      env FOLIOSCOPE_HHC="$no_compiler" \
+      "$folioscope" "${common[@]}" chm "$project/Grossprojekt.vbp" -o "$root/chm$n"
+
+    read -r floor_files floor_bytes floor_s floor_cpu <"$work/report$n-$1.floor"
+    read -r chm_floor_files chm_floor_bytes chm_floor_s chm_floor_cpu <"$work/chm$n-$1.floor"
+    # /usr/bin/time puts "Command exited with non-zero status" above the figures.
+    read -r r_wall r_user r_sys r_rss < <(tail -n 1 "$work/report$n-$1.time")
+    read -r c_wall c_user c_sys c_rss < <(tail -n 1 "$work/chm$n-$1.time")
+    echo "$n ${source_size[$n]} $(cat "$work/report$n-$1.status") $r_wall $r_user $r_sys $r_rss \
+$floor_files $floor_bytes $floor_s $(cat "$work/chm$n-$1.status") $c_wall $c_user $c_sys $c_rss \
+$chm_floor_files $chm_floor_s $floor_cpu $chm_floor_cpu ${lint_line[$n]}"
+  done
+}
+
+# print_table TITLE: the figures of measure_table's lines on stdin.
+print_table() {
+  awk -v title="$1" '
 function ratio(a, b) { return b > 0 ? sprintf("%.2f", a / b) : "n/a" }
+BEGIN { printf "\n######## %s\n", title }
 {
   n = $1; src = $2
   printf "\n== %d modules: source %.1f MB\n", n, src / 1e6
@@ -168,9 +204,19 @@ END {
              wall[3000] <= 3.3 * wall[1000] ? "met" : "MISSED", ratio(wall[3000], wall[1000])
     printf "  lint within half the report:  %s (%s x)\n",
            lwall[3000] <= 0.5 * wall[3000] ? "met" : "MISSED", ratio(lwall[3000], wall[3000])
-    printf "  peak memory below 20x source: %s (%s x)\n",
-           rss[3000] < 20 * source[3000] ? "met" : "MISSED", ratio(rss[3000], source[3000])
+    printf "  peak memory below 10x source: %s (%s x)\n",
+           rss[3000] < 10 * source[3000] ? "met" : "MISSED", ratio(rss[3000], source[3000])
   }
 }'
+}
+
+for table in "${tables[@]}"; do
+  case $table in
+    memory) title="in memory ($memory_root)" ;;
+    *) title="on disk ($work)" ;;
+  esac
+  measure_table "$table" >"$work/figures-$table.txt"
+  print_table "$title" <"$work/figures-$table.txt"
+done
 echo
-echo "logs and reports: $work"
+echo "logs: $work; reports: $(out_root "${tables[-1]}")"

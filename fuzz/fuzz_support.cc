@@ -10,8 +10,8 @@
 #include <memory>
 #include <system_error>
 
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/platform.h"
 
 namespace folioscope::fuzzing {

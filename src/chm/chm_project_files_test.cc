@@ -1,19 +1,20 @@
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
-#include "engine/report_test_support.h"
+#include "chm/chm_project_files.h"
+#include "pages/page_test_support.h"
 
 namespace folioscope {
 namespace {
 
-class ChmProjectFilesTest : public report_testing::ReportTest {
+class ChmProjectFilesTest : public ::testing::Test {
  protected:
   ChmProjectFilesTest() {
+    project_.Name = "Kasse";
     AddModule("Kasse Haupt", {{"Buche Beleg", "Public", 1010}, {"Storno", "Private", 1020}});
     AddModule("Drucker", {{"Druck", "Friend", 2010}, {"Leer", "Public", 0}});
-    report_ = MakeWriter();
-    report_->ModuleName = "Kasse Haupt";
-    report_->MemberName = "Buche Beleg";
   }
 
   // A module whose Header has a context number too, and one Sub per
@@ -32,12 +33,17 @@ class ChmProjectFilesTest : public report_testing::ReportTest {
           .HelpContextId = m.context;
     }
   }
+  // "map text | alias text" of a save.
+  std::string HeaderFiles(int32_t mode, const std::string& member, const ListedScopes& scopes) {
+    const std::vector<HelpTopic> topics =
+        TopicsOfSave(project_, static_cast<SaveMode>(mode), "Kasse Haupt", member, scopes);
+    return MapFileText(topics) + "|" + AliasFileText(topics);
+  }
 
-  std::unique_ptr<CFolioscope> report_;
+  SourceProject project_;
 };
 
 TEST_F(ChmProjectFilesTest, ProjectFileNamesTheDefaultTopicOfEachSaveMode) {
-  const std::string files = "[FILES]\r\nstyle.css\r\nProjekt.htm\r\n";
   struct Case {
     int32_t save_mode;
     std::string title;
@@ -47,14 +53,12 @@ TEST_F(ChmProjectFilesTest, ProjectFileNamesTheDefaultTopicOfEachSaveMode) {
       {0, "", "Projekt.htm", "Title=Hilfe"},
       {1, "   ", "Kasse_Haupt.htm", "Title=Hilfe"},
       {2, "  Kasse Hilfe ", "Kasse_Haupt_Buche_Beleg.htm", "Title=Kasse Hilfe"},
+      {7, "", "Projekt.htm", "Title=Hilfe"},
   };
-  CFolioscopeTestPeer peer(*report_);
   for (const Case& c : cases) {
     SCOPED_TRACE(c.save_mode);
-    peer.SetHelpTexts(files, "");
-    peer.SetTitle(c.title);
-    peer.CreateCHMProjektFile(c.save_mode);
-    EXPECT_EQ(Out("Project.hhp"),
+    EXPECT_EQ(ProjectFileText(project_, static_cast<SaveMode>(c.save_mode), "Kasse Haupt",
+                              "Buche Beleg", c.title, "[FILES]\r\nstyle.css\r\nProjekt.htm\r\n"),
               "[Options]\r\n"
               "Compatibility = 1.1 Or later\r\n"
               "Compiled File = Kasse.chm\r\n"
@@ -70,8 +74,11 @@ TEST_F(ChmProjectFilesTest, ProjectFileNamesTheDefaultTopicOfEachSaveMode) {
                   "[FILES]\r\nstyle.css\r\nProjekt.htm\r\n"
                   "\r\n\r\n\r\n"
                   "[Alias]\r\n#include alias_Test.h\r\n\r\n"
-                  "[MAP]\r\n#include Map_Test.h\r\n");
+                  "[MAP]\r\n#include Map_Test.h");
   }
+  // A default topic that is not in the project is a fault of the caller's.
+  EXPECT_THROW(ProjectFileText(project_, SaveMode::kOneModule, "Fehlt", "", "", ""),
+               std::exception);
 }
 
 TEST_F(ChmProjectFilesTest, TableOfContentsClosesTheListsOfEachSaveMode) {
@@ -81,44 +88,33 @@ TEST_F(ChmProjectFilesTest, TableOfContentsClosesTheListsOfEachSaveMode) {
       "<OBJECT type=\"text/site properties\"><param name=\"ImageType\" value=\"Folder\">"
       "</OBJECT>";
   const std::string items = "<LI>a\r\n<ul><LI>b\r\n";
-  CFolioscopeTestPeer peer(*report_);
   const std::pair<int32_t, std::string> cases[] = {
       {0, "</ul></ul></ul>"}, {1, "</ul></ul>"}, {2, ""}, {7, ""}};
   for (const auto& [save_mode, closing] : cases) {
     SCOPED_TRACE(save_mode);
-    peer.SetHelpTexts("[FILES]\r\n", items);
-    peer.CreateCHMTableOfContens(save_mode);
-    EXPECT_EQ(Out("Table of Contents.hhc"), header + items + closing + "</body></html>\r\n");
+    EXPECT_EQ(ContentsFileText(items, static_cast<SaveMode>(save_mode)),
+              header + items + closing + "</body></html>");
   }
 }
 
 TEST_F(ChmProjectFilesTest, HeaderFilesTieListedMembersToTheirPages) {
-  CFolioscopeTestPeer peer(*report_);
   // Whole project, every scope listed: Header (no scope) and the member
   // without a context number stay out; blanks become "_".
-  peer.CreateCHMMapAndAlias(0);
-  EXPECT_EQ(Out("Map_Test.h"),
+  EXPECT_EQ(HeaderFiles(0, "", {true, true, true}),
             "#define Kasse_Haupt_Buche_Beleg  1010\r\n"
             "#define Kasse_Haupt_Storno  1020\r\n"
-            "#define Drucker_Druck  2010\r\n"
-            "\r\n");
-  EXPECT_EQ(Out("alias_test.h"),
+            "#define Drucker_Druck  2010\r\n|"
             "Kasse_Haupt_Buche_Beleg = Kasse_Haupt_Buche_Beleg.htm\r\n"
             "Kasse_Haupt_Storno = Kasse_Haupt_Storno.htm\r\n"
-            "Drucker_Druck = Drucker_Druck.htm\r\n"
-            "\r\n");
-
-  // Only what the module pages list: Private and Friend switched off (2 is
-  // not "on"), one module.
-  peer.SetListed(1, 2, 0);
-  peer.CreateCHMMapAndAlias(1);
-  EXPECT_EQ(Out("Map_Test.h"), "#define Kasse_Haupt_Buche_Beleg  1010\r\n\r\n");
-  EXPECT_EQ(Out("alias_test.h"), "Kasse_Haupt_Buche_Beleg = Kasse_Haupt_Buche_Beleg.htm\r\n\r\n");
-
+            "Drucker_Druck = Drucker_Druck.htm\r\n");
+  // Only what the module pages list, one module.
+  EXPECT_EQ(HeaderFiles(1, "", {true, false, false}),
+            "#define Kasse_Haupt_Buche_Beleg  1010\r\n|"
+            "Kasse_Haupt_Buche_Beleg = Kasse_Haupt_Buche_Beleg.htm\r\n");
   // A one-member save names that member whatever the switches say.
-  report_->MemberName = "Storno";
-  peer.CreateCHMMapAndAlias(2);
-  EXPECT_EQ(Out("Map_Test.h"), "#define Kasse_Haupt_Storno  1020\r\n\r\n");
+  EXPECT_EQ(HeaderFiles(2, "Storno", {}),
+            "#define Kasse_Haupt_Storno  1020\r\n|Kasse_Haupt_Storno = Kasse_Haupt_Storno.htm\r\n");
+  EXPECT_EQ(HeaderFiles(7, "", {true, true, true}), "|");
 }
 
 TEST_F(ChmProjectFilesTest, ProjectWithoutContextNumbersGivesEmptyHeaderFiles) {
@@ -127,10 +123,7 @@ TEST_F(ChmProjectFilesTest, ProjectWithoutContextNumbersGivesEmptyHeaderFiles) {
       project_.Modules.Item(i).Members.Item(j).HelpContextId = (j % 2 == 0) ? 0 : -5;
     }
   }
-  CFolioscopeTestPeer peer(*report_);
-  peer.CreateCHMMapAndAlias(0);
-  EXPECT_EQ(Out("Map_Test.h"), "\r\n");
-  EXPECT_EQ(Out("alias_test.h"), "\r\n");
+  EXPECT_EQ(HeaderFiles(0, "", {true, true, true}), "|");
 }
 
 }  // namespace

@@ -1,29 +1,18 @@
 #include "chm/help_compiler.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <system_error>
 #include <vector>
 
 #include "infra/file_system.h"
 #include "infra/os_path.h"
 #include "infra/path_guard.h"
+#include "infra/platform.h"
 #include "infra/text_encoding.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {
 
 namespace {
-
-namespace fs = std::filesystem;
-
-bool IsExecutableFile(const std::string& path) {
-  std::error_code ec;
-  return fs::is_regular_file(path, ec) && ::access(path.c_str(), X_OK) == 0;
-}
 
 // Lines without their line ends (CR LF or LF).
 std::vector<std::string> SplitLines(std::string_view text) {
@@ -203,22 +192,9 @@ void ListUnlistedTargets(const std::string& folder, const std::vector<std::strin
 
 }  // namespace
 
-std::string FindHelpCompiler() {
-  const char* configured = std::getenv("FOLIOSCOPE_HHC");
-  const std::string program =
-      (configured != nullptr && *configured != '\0') ? configured : "chmcmd";
-  if (program.find('/') != std::string::npos) return IsExecutableFile(program) ? program : "";
-  const char* path = std::getenv("PATH");
-  for (const std::string& dir : vb::Split(path != nullptr ? path : "", ":")) {
-    const std::string candidate = (dir.empty() ? std::string(".") : dir) + "/" + program;
-    if (IsExecutableFile(candidate)) return candidate;
-  }
-  return "";
-}
-
 std::string ResolveFileName(const std::string& folder, const std::string& name) {
   if (PathExists(folder + "/" + name)) return name;
-  for (const FolderEntry& entry : ListFolder(folder)) {
+  for (const FolderEntry& entry : CurrentPlatform().ListFolder(folder)) {
     if (vb::LCase(entry.name) == vb::LCase(name)) return entry.name;
   }
   return name;

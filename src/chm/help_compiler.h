@@ -1,8 +1,8 @@
 // The help compiler on this machine and the file chores around a compile
 // run.
 //
-// On Linux the compiler is chmcmd (Free Pascal): the program named by
-// $FOLIOSCOPE_HHC, else "chmcmd" on PATH. chmcmd does not follow "#include"
+// On Linux the compiler is chmcmd (Free Pascal), found by the platform
+// (Platform::FindHelpCompiler). chmcmd does not follow "#include"
 // inside [ALIAS], wants every alias target listed under [FILES], and opens
 // files by their exact names; the project files written for hhc.exe stay as
 // they are, and chmcmd compiles a derived copy (ChmcmdProjectText) instead.
@@ -17,9 +17,6 @@ namespace folioscope {
 // The name of the derived project file that chmcmd compiles; it lies in the
 // output folder during the run only.
 inline constexpr const char* kChmcmdProjectName = "Project.chmcmd.hhp";
-
-// The full path of the help compiler, or "" when there is none.
-std::string FindHelpCompiler();
 
 // The project text `hhp` of the project in `folder`, rewritten for chmcmd:
 // every "#include NAME" line of the [ALIAS] and [MAP] sections replaced by

@@ -4,14 +4,19 @@
 
 #include <string>
 
-#include "engine/report_test_support.h"
+#include "pages/page_test_support.h"
 
 namespace folioscope {
 namespace {
 
 using report_testing::WriteBytes;
 
-using HelpCompilerTest = report_testing::TempDirTest;
+// Names in another case are looked up in the platform's folder listings.
+class HelpCompilerTest : public report_testing::TempDirTest {
+ protected:
+  RecordingPlatform platform_;
+  ScopedPlatform installed_{&platform_};
+};
 
 TEST_F(HelpCompilerTest, DerivedProjectInlinesHeadersAndListsAliasTargets) {
   WriteBytes(root_ / "alias_test.h", "A_B = A_B.htm\r\nA_C = A_C.htm\r\n\r\n");
@@ -26,6 +31,7 @@ TEST_F(HelpCompilerTest, DerivedProjectInlinesHeadersAndListsAliasTargets) {
             "[FILES]\r\nA_B.htm\r\nstyle.css\r\na_c.HTM\r\n\r\n\r\n\r\n"
             "[Alias]\r\nA_B = A_B.htm\r\nA_C = A_C.htm\r\n\r\n\r\n"
             "[MAP]\r\n#define A_B  7\r\n");
+  EXPECT_FALSE(platform_.listed_folders.empty());
   // An include outside the two sections and a missing header file: the
   // first is kept, the second contributes nothing.
   EXPECT_EQ(

@@ -19,20 +19,6 @@ void AddTopic(std::vector<HelpTopic>& topics, const std::string& module_name,
 
 }  // namespace
 
-std::string ModulePageFileName(const std::string& module_name) {
-  return Underscored(module_name) + ".htm";
-}
-
-std::string MemberPageFileName(const std::string& module_name, const std::string& member_name) {
-  return Underscored(module_name) + "_" + Underscored(member_name) + ".htm";
-}
-
-bool IsListed(const std::string& scope, const ListedScopes& scopes) {
-  return (scope == kScopePublic && scopes.public_members) ||
-         (scope == kScopeFriend && scopes.friend_members) ||
-         (scope == kScopePrivate && scopes.private_members);
-}
-
 std::vector<HelpTopic> ModuleTopics(const SourceModule& module, const ListedScopes& scopes) {
   std::vector<HelpTopic> topics;
   for (const auto& member : module.Members) {

@@ -20,29 +20,15 @@
 #include <vector>
 
 #include "model/source_model.h"
+#include "pages/page_names.h"
 
 namespace folioscope {
-
-// Which member scopes the module pages list (each switch on when its setting
-// is exactly 1).
-struct ListedScopes {
-  bool public_members = false;
-  bool friend_members = false;
-  bool private_members = false;
-};
 
 struct HelpTopic {
   std::string module_part;  // module name, blanks made "_"
   std::string member_part;  // member name, blanks made "_"
   int32_t context = 0;      // 1 or more
 };
-
-// Page file names of the page builders.
-std::string ModulePageFileName(const std::string& module_name);
-std::string MemberPageFileName(const std::string& module_name, const std::string& member_name);
-
-// True when a module page lists a member of this scope text.
-bool IsListed(const std::string& scope, const ListedScopes& scopes);
 
 // Topics in walk order: modules in project order, members in source order.
 std::vector<HelpTopic> ProjectTopics(const SourceProject& project, const ListedScopes& scopes);

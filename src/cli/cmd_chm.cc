@@ -8,19 +8,17 @@
 // (output_folder.h); the clean-up after the compile removes only files
 // that the run wrote.
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <system_error>
 
+#include "cli/command_project.h"
 #include "cli/host.h"
 #include "cli/output_folder.h"
 #include "cli/project_left_to_exit.h"
 #include "engine/folioscope.h"
 #include "infra/file_system.h"
 #include "infra/os_path.h"
-#include "infra/text_encoding.h"
-#include "model/vb6_reader.h"
 
 namespace folioscope {
 namespace {
@@ -51,26 +49,20 @@ void RunChm(Host& host, const ChmOptions& options) {
     return;
   }
   if (!host.Start()) return;
-  ProjectReadResult read = ReadProject(options.project);
-  for (const ReaderDiagnostic& d : read.diagnostics) {
-    std::cerr << Cp1252ToUtf8(d.ToText()) << '\n';
-  }
-  if (!read.project) {
-    host.exit_status = kExitUsage;
-    return;
-  }
-  const ProjectLeftToExit leave_project(read.project);
+  std::unique_ptr<SourceProject> project = ReadCommandProject(host, options.project);
+  if (!project) return;
+  const ProjectLeftToExit leave_project(project);
   if (!ClaimOutputFolder(host, options.output, options.force)) return;
   CFolioscope report;
-  report.Projekt = read.project.get();
+  report.Projekt = project.get();
   report.PlainPath = options.output;
-  report.ProjektName = read.project->Name;
+  report.ProjektName = project->Name;
   report.ModuleName = options.module;
   report.MemberName = options.member;
   report.SaveCHMReportSystem(SaveModeOf(options));
   MarkReportFolder(report.PlainPath);
   host.exit_status = host.FinalStatus();
-  if (!report.Ready() || !HelpFileWritten(report.PlainPath, read.project->Name)) {
+  if (!report.Ready() || !HelpFileWritten(report.PlainPath, project->Name)) {
     host.exit_status = kExitFailed;
   }
 }

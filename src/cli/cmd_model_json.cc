@@ -10,10 +10,10 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "cli/command_project.h"
 #include "cli/host.h"
 #include "infra/text_encoding.h"
 #include "model/source_model.h"
-#include "model/vb6_reader.h"
 
 namespace folioscope {
 namespace {
@@ -67,15 +67,9 @@ ordered_json ProjectJson(const SourceProject& project) {
 
 void RunInspect(Host& host, const std::string& project_path) {
   if (!host.Start()) return;
-  ProjectReadResult read = ReadProject(project_path);
-  for (const ReaderDiagnostic& d : read.diagnostics) {
-    std::cerr << Cp1252ToUtf8(d.ToText()) << '\n';
-  }
-  if (!read.project) {
-    host.exit_status = kExitUsage;
-    return;
-  }
-  std::cout << ProjectJson(*read.project).dump(2) << '\n';
+  std::unique_ptr<SourceProject> project = ReadCommandProject(host, project_path);
+  if (!project) return;
+  std::cout << ProjectJson(*project).dump(2) << '\n';
   std::cout.flush();
 }
 

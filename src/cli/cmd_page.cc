@@ -8,12 +8,11 @@
 #include <memory>
 #include <string>
 
+#include "cli/command_project.h"
 #include "cli/host.h"
 #include "engine/folioscope.h"
 #include "infra/error_handler.h"
-#include "infra/text_encoding.h"
 #include "model/source_model.h"
-#include "model/vb6_reader.h"
 
 namespace folioscope {
 namespace {
@@ -40,20 +39,14 @@ std::string BuildPage(CFolioscope& report, SourceProject& project, const PageOpt
 
 void RunPage(Host& host, const PageOptions& options) {
   if (!host.Start()) return;
-  ProjectReadResult read = ReadProject(options.project);
-  for (const ReaderDiagnostic& d : read.diagnostics) {
-    std::cerr << Cp1252ToUtf8(d.ToText()) << '\n';
-  }
-  if (!read.project) {
-    host.exit_status = kExitUsage;
-    return;
-  }
+  std::unique_ptr<SourceProject> project = ReadCommandProject(host, options.project);
+  if (!project) return;
   CFolioscope report;
-  report.Projekt = read.project.get();
-  report.ProjektName = read.project->Name;
+  report.Projekt = project.get();
+  report.ProjektName = project->Name;
   report.ModuleName = options.module;
   report.MemberName = options.member;
-  const std::string page = BuildPage(report, *read.project, options);
+  const std::string page = BuildPage(report, *project, options);
   std::cout.write(page.data(), static_cast<std::streamsize>(page.size()));
   std::cout.flush();
   host.exit_status = host.FinalStatus();

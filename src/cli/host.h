@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 #include "infra/platform.h"
 #include "infra/posix_platform.h"
 #include "infra/settings_backend.h"

@@ -15,7 +15,7 @@
 #include <functional>
 #include <string>
 
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 
 namespace folioscope {
 

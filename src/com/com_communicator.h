@@ -25,7 +25,7 @@
 
 #include "VBFolioscope.h"
 #include "com/dispatch_object.h"
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 
 namespace folioscope::com {
 

@@ -2,8 +2,8 @@
 
 #include "doccomments/doc_findings.h"
 #include "doccomments/tag_block.h"
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {

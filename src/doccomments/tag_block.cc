@@ -1,6 +1,6 @@
 #include "doccomments/tag_block.h"
 
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 

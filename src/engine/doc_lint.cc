@@ -12,9 +12,9 @@
 #include "doccomments/param_reader.h"
 #include "doccomments/tag_block.h"
 #include "doccomments/tag_readers.h"
-#include "engine/fs_communicator.h"
 #include "engine/lint_survey.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/vb_runtime.h"
 
 namespace folioscope {

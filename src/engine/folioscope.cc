@@ -1,16 +1,18 @@
 // The report object itself: construction, the readiness check that every
-// public method runs first, and the page-file writer.
+// public method runs first, the context it hands the page builders, and the
+// page-file writer.
 #include "engine/folioscope.h"
 
 #include <memory>
 #include <string>
 
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 #include "pages/search_index.h"
+#include "pages/template_fill.h"
 
 namespace folioscope {
 
@@ -83,7 +85,7 @@ void CFolioscope::CheckOfReady() {
 }
 
 std::string CFolioscope::ReadReportSetChoice(CRegistry& reg) {
-  report_language_ =
+  settings_.ReportLanguage =
       vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportLanguage", ""));
   const std::string report_path =
       reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
@@ -96,24 +98,27 @@ int32_t CFolioscope::ReadReportSwitches(CRegistry& reg) {
   auto word = [&](const char* name) {
     return reg.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, 0);
   };
-  DelFilesAfterCHMCompiling = word("DelFilesAfterCHMCompiling");
-  ShowModulePath = word("ShowModulePath");
-  ShowModuleRelativePath = word("ShowModuleRelativePath");
-  ShowLOCForModuls = word("ShowLOCForModuls");
-  ShowLOCForProjects = word("ShowLOCForProjects");
-  ShowHelpContextID = word("ShowHelpContextID");
-  ShowVBInternDescription = word("ShowVBInternDescription");
-  ToolBarPublicValue = word("ToolBarPublicValue");
-  ToolBarFriendValue = word("ToolBarFriendValue");
-  ToolBarPrivateValue = word("ToolBarPrivateValue");
-  ReportStdTitle = vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "ReportStdTitle", ""));
-  CHMReportTitle = vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "CHMReportTitle", ""));
+  ReportSettings& s = settings_;
+  s.DelFilesAfterCHMCompiling = word("DelFilesAfterCHMCompiling");
+  s.ShowModulePath = word("ShowModulePath");
+  s.ShowModuleRelativePath = word("ShowModuleRelativePath");
+  s.ShowLOCForModuls = word("ShowLOCForModuls");
+  s.ShowLOCForProjects = word("ShowLOCForProjects");
+  s.ShowHelpContextID = word("ShowHelpContextID");
+  s.ShowVBInternDescription = word("ShowVBInternDescription");
+  s.ToolBarPublicValue = word("ToolBarPublicValue");
+  s.ToolBarFriendValue = word("ToolBarFriendValue");
+  s.ToolBarPrivateValue = word("ToolBarPrivateValue");
+  s.ReportStdTitle =
+      vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "ReportStdTitle", ""));
+  s.CHMReportTitle =
+      vb::Trim(reg.ReadRegString(kHkeyCurrentUser, kConfigKey, "CHMReportTitle", ""));
   return word("LNR");
 }
 
 std::string CFolioscope::MissingReportSetMessage(const std::string& report_path) const {
   // A report set counts as chosen once one of its languages is chosen.
-  if (report_language_.empty()) return kNoReportSetMessage;
+  if (settings_.ReportLanguage.empty()) return kNoReportSetMessage;
   const std::string folder =
       vb::Left(report_set_path_, static_cast<int64_t>(report_set_path_.size()) - 1);
   // A ReportPath that leads out of Res names no report set of ours.
@@ -135,6 +140,19 @@ bool CFolioscope::LoadReportSet(CRegistry& reg, int32_t reload_request) {
   AddLog(kReloadFailedMessage, kIconNotReady);
   resources_.reset();
   return false;
+}
+
+ReportContext CFolioscope::Context(const std::string& file_prefix) const {
+  return {resources_.get(), Projekt, settings_, file_prefix, chm_mode_, search_index_.get()};
+}
+
+std::string CFolioscope::PagePrefix() const {
+  return ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_);
+}
+
+void CFolioscope::ListHelpFile(const std::string& name) {
+  chm_file_list_ += name;
+  chm_file_list_ += "\r\n";
 }
 
 void CFolioscope::WriteTextFile(const std::string& FileName, const std::string& Text, bool Append) {

@@ -9,9 +9,12 @@
 // Faults are trapped per procedure and reported to CErrorHandler with the
 // class name "CFolioscope".
 //
-// The implementation is spread over the subsystems: the object and its check
-// in engine/folioscope.cc, the web report driver in engine/web_report.cc, the
-// page builders in pages/, the help project in chm/.
+// The object runs the report and keeps its side effects: files written and
+// their record, progress events, fault reports. The texts come from the page
+// builders in pages/ and the help-project writers in chm/, which it hands a
+// ReportContext. The object and its check are in engine/folioscope.cc, the
+// web report driver in engine/web_report.cc, the page writers in
+// engine/report_pages.cc, the help-file build in engine/help_file_report.cc.
 #ifndef FOLIOSCOPE_ENGINE_FOLIOSCOPE_H_
 #define FOLIOSCOPE_ENGINE_FOLIOSCOPE_H_
 
@@ -25,19 +28,10 @@
 #include "infra/page_writer.h"
 #include "infra/registry.h"
 #include "model/source_model.h"
+#include "pages/report_context.h"
 #include "reportsets/ressource.h"
 
 namespace folioscope {
-
-// What SaveReport and SaveCHMReportSystem write: the whole project, the
-// module named by ModuleName, or the member MemberName of that module.
-// Callers pass the number; a number outside these writes only what all
-// modes share.
-enum class SaveMode : int32_t {
-  kWholeProject = 0,
-  kOneModule = 1,
-  kOneMember = 2,
-};
 
 class SearchIndex;
 
@@ -74,9 +68,6 @@ class CFolioscope {
   CRessource* resources() { return resources_.get(); }
 
  private:
-  // Tests drive the private page writers and the help-file state directly.
-  friend class CFolioscopeTestPeer;
-
   // The class name under which every trapped fault is reported.
   static constexpr const char* kClass = "CFolioscope";
 
@@ -92,6 +83,11 @@ class CFolioscope {
   // Loads the templates when none are loaded, again when a reload is
   // requested (which clears the request); false when a reload fails.
   bool LoadReportSet(CRegistry& reg, int32_t reload_request);
+  // What the page builders work from now, with `file_prefix` in front of
+  // resource-file names.
+  ReportContext Context(const std::string& file_prefix) const;
+  // The prefix of a module or member page: none while pages are written.
+  std::string PagePrefix() const;
   void WriteTextFile(const std::string& FileName, const std::string& Text, bool Append);
   // Module and member pages: handed to the page writer while a whole
   // project is saved, written at once otherwise. `Procedure` is the one a
@@ -101,26 +97,35 @@ class CFolioscope {
   void ReportPageWriteFailures(const std::vector<PageWriteFailure>& failures);
   // Waits for the page writer and reports what it could not write.
   void FinishPageWriter();
+  // Appends a line to the help project's file list.
+  void ListHelpFile(const std::string& name);
 
   // engine/web_report.cc
   int32_t WriteFileRessources();
+  // The steps of WriteFileRessources. A failed copy leaves both paths in
+  // `hint` for the fault report.
+  void CopyResourceFiles(CRessource& res, std::string& hint);
+  void CopyHelpCompiler(std::string& hint);
+  void CopyReportFile(const std::string& source, const std::string& target, std::string& hint);
   // The search index of a whole-project save, when the report set asks for
   // one: collected while the pages are built, written after them.
   bool WantsSearchIndex();
   int32_t WriteSearchIndex();
 
-  // pages/
+  // engine/report_pages.cc
   int32_t WriteProjekt(int32_t SaveMode);
   int32_t WriteIndex();
   int32_t WriteLogo();
   int32_t WriteComponentMenu();
   int32_t WriteModulContentSite(SourceModule& Module, int32_t SaveMode, int32_t Position);
+  // The help-file entries of a module page.
+  void ListModulePage(const SourceModule& Module, const std::string& module_file, int32_t save_mode,
+                      int32_t Position);
   std::string GetMemberForModuleContent(int32_t MemberIndex, const std::string& ModulName,
                                         bool Link);
   int32_t WriteMemberContentSite(SourceMember& Member, const std::string& ModulName, bool Append);
 
-  // chm/
-  std::string GetTOCItem();
+  // engine/help_file_report.cc
   int32_t CreateCHMProjektFile(SaveMode Mode);
   int32_t CreateCHMMapAndAlias(SaveMode Mode);
   int32_t CreateCHMTableOfContens(SaveMode Mode);
@@ -139,26 +144,13 @@ class CFolioscope {
   std::unique_ptr<CRegistry> registry_;
   std::string report_set_path_;
   int32_t save_mode_ = -1;
-  std::string report_language_;
   bool ready_ = false;
-  int32_t DelFilesAfterCHMCompiling = 0;
-  int32_t ShowModulePath = 0;
-  int32_t ShowModuleRelativePath = 0;
-  int32_t ShowLOCForModuls = 0;
-  int32_t ShowLOCForProjects = 0;
-  int32_t ShowHelpContextID = 0;
-  int32_t ShowVBInternDescription = 0;
-  int32_t ToolBarPublicValue = 0;
-  int32_t ToolBarFriendValue = 0;
-  int32_t ToolBarPrivateValue = 0;
-  std::string ReportStdTitle;
-  std::string CHMReportTitle;
+  ReportSettings settings_;  // as the last readiness check read them
 
   // Help-file build state.
   bool chm_mode_ = false;
   std::string chm_file_list_;  // "[FILES]" CR LF, then one file per line
   std::string chm_toc_text_;
-  std::string chm_alias_text_;
   int32_t progress_total_ = 0;  // the total announced with OnReportStart
   // Every file this object wrote or copied since the last save began (paths
   // as written); the clean-up after a help-file compile deletes only these.

@@ -1,21 +1,20 @@
 // The web report driver: SaveReport prepares the output folder, copies the
 // report set's resource files next to the pages (WriteFileRessources) and
 // calls the page writers for the whole project, one module or one member.
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 
-#include "chm/help_compiler.h"
+#include "chm/compile_run.h"
 #include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
-#include "engine/object_required.h"
+#include "infra/fs_communicator.h"
 #include "infra/error_handler.h"
-#include "infra/os_path.h"
+#include "infra/file_system.h"
+#include "infra/fs_communicator.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
+#include "pages/object_required.h"
 #include "pages/search_index.h"
 
 namespace folioscope {
@@ -37,19 +36,6 @@ std::string CombineOutputPath(const std::string& plain_path, const std::string& 
   if (!folder_name.empty()) path += folder_name;
   const std::string single(1, kPathSeparator);
   return vb::Replace(path, single + single, single);
-}
-
-// Creates one folder level, like VB's MkDir: a missing parent is error 76,
-// any other failure 75. An existing folder is left alone.
-void MakeFolder(const std::string& path) {
-  namespace fs = std::filesystem;
-  std::error_code ec;
-  const fs::path folder(OsPath(path));
-  fs::create_directory(folder, ec);
-  if (!ec) return;
-  const fs::path parent = folder.parent_path();
-  if (!parent.empty() && !fs::is_directory(parent)) vb::Raise(vb::kPathNotFound);
-  vb::Raise(vb::kPathFileAccessError);
 }
 
 // Resource names come from the report set's Description.dat: a name is
@@ -115,71 +101,60 @@ int32_t CFolioscope::SaveReport(int32_t SaveMode) {
 }
 
 int32_t CFolioscope::WriteFileRessources() {
-  std::string source;
-  std::string target;
+  std::string hint;
   try {
-    CRessource& res = RequireResources(resources_);
-    const std::string report_path =
-        registry_->ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
-    const std::string res_folder =
-        CurrentPlatform().ApplicationFolder() + kPathSeparatorText + "Res";
-    const std::string source_folder = res_folder + kPathSeparatorText + report_path;
-    // The readiness check refuses such a ReportPath already; it is read
-    // again here, so it is checked again.
-    const bool set_inside = IsSafeRelativePath(report_path);
-    vb::Dictionary& holders = res.PlaceHolder();
-    for (int32_t i = 0; i < res.PlaceholderCount(); ++i) {
-      if (vb::Right(holders.KeyAt(i).ToText(), 8) != "_File&&&") continue;
-      const std::string name = holders.ItemAt(i);
-      const std::optional<std::string> from =
-          set_inside ? ResolveInside(source_folder, name) : std::nullopt;
-      const std::optional<std::string> to = ResolveInside(PlainPath, name);
-      if (!from || !to) {
-        AddLog(RefusedResourceMessage(name, !from ? source_folder : PlainPath), kIconFailure);
-        continue;
-      }
-      source = *from;
-      target = *to;
-      CopyFileOver(source, target);
-      written_files_.insert(target);
-      source.clear();
-      target.clear();
-      // A file named twice is copied twice but listed once.
-      if (chm_mode_ && vb::InStr(chm_file_list_, name) == 0) {
-        chm_file_list_ += name;
-        chm_file_list_ += kCrLf;
-      }
-    }
-    if (chm_mode_) {
-#ifdef _WIN32
-      const std::string compiler = CurrentPlatform().ApplicationFolder() + "\\hhc.exe";
-      if (file_system_->IsDateiVorhanden(compiler)) {
-        source = compiler;
-        target = PlainPath + "\\hhc.exe";
-        CopyFileOver(source, target);
-        written_files_.insert(target);
-        source.clear();
-        target.clear();
-      } else {
-        AddLog(kMissingCompilerMessage, kIconFailure);
-        CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
-                                     "Quillon");
-      }
-#else
-      // chmcmd runs from where it is installed; nothing is copied.
-      if (FindHelpCompiler().empty()) {
-        AddLog(kMissingCompilerMessage, kIconFailure);
-        CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation,
-                                     "Quillon");
-      }
-#endif
-    }
+    CopyResourceFiles(RequireResources(resources_.get()), hint);
+    if (chm_mode_) CopyHelpCompiler(hint);
   } catch (const std::exception& e) {
-    std::string hint;
-    if (!source.empty()) hint = "Quelldatei = " + source + kCrLf + "Zieldatei = " + target;
     CErrorHandler::Instance().Report(AsRuntimeError(e), "WriteFileRessources", 0, hint, kClass);
   }
   return 0;
+}
+
+void CFolioscope::CopyResourceFiles(CRessource& res, std::string& hint) {
+  const std::string report_path =
+      registry_->ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", "");
+  const std::string source_folder = CurrentPlatform().ApplicationFolder() + kPathSeparatorText +
+                                    "Res" + kPathSeparatorText + report_path;
+  // The readiness check refuses such a ReportPath already; it is read
+  // again here, so it is checked again.
+  const bool set_inside = IsSafeRelativePath(report_path);
+  vb::Dictionary& holders = res.PlaceHolder();
+  for (int32_t i = 0; i < res.PlaceholderCount(); ++i) {
+    if (vb::Right(holders.KeyAt(i).ToText(), 8) != "_File&&&") continue;
+    const std::string name = holders.ItemAt(i);
+    const std::optional<std::string> from =
+        set_inside ? ResolveInside(source_folder, name) : std::nullopt;
+    const std::optional<std::string> to = ResolveInside(PlainPath, name);
+    if (!from || !to) {
+      AddLog(RefusedResourceMessage(name, !from ? source_folder : PlainPath), kIconFailure);
+      continue;
+    }
+    CopyReportFile(*from, *to, hint);
+    // A file named twice is copied twice but listed once.
+    if (chm_mode_ && vb::InStr(chm_file_list_, name) == 0) ListHelpFile(name);
+  }
+}
+
+void CFolioscope::CopyHelpCompiler(std::string& hint) {
+  if (!HelpCompilerPresent()) {
+    AddLog(kMissingCompilerMessage, kIconFailure);
+    CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation, "Quillon");
+    return;
+  }
+  // chmcmd runs from where it is installed; hhc.exe is run from a copy.
+  const std::string compiler = HelpCompilerToCopy();
+  if (!compiler.empty()) {
+    CopyReportFile(compiler, PlainPath + kPathSeparatorText + "hhc.exe", hint);
+  }
+}
+
+void CFolioscope::CopyReportFile(const std::string& source, const std::string& target,
+                                 std::string& hint) {
+  hint = "Quelldatei = " + source + kCrLf + "Zieldatei = " + target;
+  CopyFileOver(source, target);
+  written_files_.insert(target);
+  hint.clear();
 }
 
 bool CFolioscope::WantsSearchIndex() {
@@ -191,7 +166,7 @@ bool CFolioscope::WantsSearchIndex() {
 int32_t CFolioscope::WriteSearchIndex() {
   Trap(kClass, "WriteSearchIndex", [&] {
     if (search_index_ == nullptr) return;
-    CRessource& res = RequireResources(resources_);
+    CRessource& res = RequireResources(resources_.get());
     const std::string stem = vb::Trim(res.PlaceHolder().Item(SearchIndex::kPlaceholderKey));
     const std::optional<std::string> names = ResolveInside(PlainPath, stem + ".js");
     const std::optional<std::string> texts = ResolveInside(PlainPath, stem + "-text.js");

@@ -1,6 +1,5 @@
 #include "format/code_format.h"
 
-#include <filesystem>
 #include <map>
 #include <mutex>
 #include <unordered_set>
@@ -9,7 +8,7 @@
 #include "format/keyword_resource.h"
 #include "infra/error_handler.h"
 #include "infra/file_stamp.h"
-#include "infra/os_path.h"
+#include "infra/file_system.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 
@@ -100,8 +99,17 @@ std::string CCodeFormat::KeywordFilePath() {
 void CCodeFormat::LoadKeywords() {
   Trap(kModule, "LoadKeywords", [&] {
     const std::string path = KeywordFilePath();
-    if (!file_system_.IsDateiVorhanden(path)) RestoreSourceFile();
-    const FileStamp stamp = StampOfFile(path);
+    // A formatter is made for every code example. One look at the file
+    // answers both questions while it is there as it should be (a plain,
+    // non-empty file); only otherwise the existence test of the file system
+    // decides about restoring it.
+    FileStamp stamp = CurrentPlatform().StampOfFile(path);
+    const bool in_place =
+        stamp.exists && !stamp.folder && (static_cast<uint64_t>(stamp.size) & 0xFFFFFFFFu) != 0;
+    if (!in_place) {
+      if (!file_system_.IsDateiVorhanden(path)) RestoreSourceFile();
+      stamp = CurrentPlatform().StampOfFile(path);
+    }
     if (stamp.exists) {
       if (auto cached = Cache<KeywordTable>().Find(path, stamp)) {
         keywords_ = std::move(cached);
@@ -120,9 +128,7 @@ void CCodeFormat::RestoreSourceFile() {
   Trap(kModule, "RestoreSourceFile", [&] {
     const std::string folder = CurrentPlatform().ApplicationFolder();
     if (!file_system_.IsOrdnerVorhanden(folder)) {
-      std::error_code ec;
-      std::filesystem::create_directories(OsPath(folder), ec);
-      if (ec) vb::Raise(vb::kPathNotFound);
+      if (!CreateFolders(folder)) vb::Raise(vb::kPathNotFound);
     }
     std::string_view bytes = KeywordResource();
     if (!WriteFileAtomically(KeywordFilePath(), bytes)) vb::Raise(vb::kPathFileAccessError);

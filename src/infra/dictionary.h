@@ -9,11 +9,17 @@
 //   of a line dictionary keyed 1..n adds key 0 and raises Count by one.
 // - Add() of a present key raises run-time error 457.
 // - KeyAt/ItemAt outside 0..Count-1 raise run-time error 9.
-// Not thread-safe; each dictionary belongs to one caller.
+// - A dictionary may share its lines with others (ShareLines): a module and
+//   its members read one copy of the module's lines. Sharing is invisible:
+//   a change to a shared line gives the changed dictionary its own copy.
+// Not thread-safe; each dictionary belongs to one caller. Dictionaries that
+// share lines may be used by different callers: the shared lines are never
+// written.
 #ifndef FOLIOSCOPE_INFRA_DICTIONARY_H_
 #define FOLIOSCOPE_INFRA_DICTIONARY_H_
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -49,9 +55,18 @@ class DictKey {
   std::string string_value_;
 };
 
+// Line texts that several dictionaries hold without copying them.
+using SharedLines = std::shared_ptr<const std::vector<std::string>>;
+
 class Dictionary {
  public:
-  int32_t Count() const { return static_cast<int32_t>(entries_.size()); }
+  int32_t Count() const { return shared_count_ + static_cast<int32_t>(entries_.size()); }
+
+  // Makes this dictionary hold the Long keys 1..count with the items
+  // (*lines)[first] .. (*lines)[first + count - 1], in that order, as if
+  // each had been added; the texts are shared, not copied. Whatever the
+  // dictionary held before is removed.
+  void ShareLines(SharedLines lines, size_t first, int32_t count);
 
   // Item get: the item of `key`, adding the key with an empty item when absent.
   const std::string& Item(const DictKey& key);
@@ -90,7 +105,9 @@ class Dictionary {
 
   // Makes room for `count` entries, so that filling a dictionary of known
   // size (a member's lines) moves no entry. Changes nothing visible.
-  void Reserve(int32_t count) { entries_.reserve(static_cast<size_t>(count < 0 ? 0 : count)); }
+  void Reserve(int32_t count) {
+    entries_.reserve(static_cast<size_t>(count < shared_count_ ? 0 : count - shared_count_));
+  }
 
  private:
   struct Entry {
@@ -101,10 +118,22 @@ class Dictionary {
   int32_t Find(const DictKey& key) const;
   // Appends an entry for a key that Find() did not find.
   void Append(const DictKey& key, std::string item);
+  // The item at a position below Count().
+  const std::string& ItemAtPosition(int32_t position) const {
+    return position < shared_count_ ? (*shared_)[shared_first_ + static_cast<size_t>(position)]
+                                    : entries_[static_cast<size_t>(position - shared_count_)].item;
+  }
+  // Copies the shared lines into entries_, before one of them changes.
+  void Unshare();
 
+  // Positions 0 .. shared_count_ - 1 are the shared lines (Long keys 1 ..
+  // shared_count_); position p beyond them is entries_[p - shared_count_].
+  SharedLines shared_;
+  size_t shared_first_ = 0;
+  int32_t shared_count_ = 0;
   std::vector<Entry> entries_;
   // Line dictionaries are keyed 1..n in order. Such a dense prefix is found
-  // by position alone: entries_[0 .. dense_count_ - 1] hold the Long keys
+  // by position alone: positions 0 .. dense_count_ - 1 hold the Long keys
   // 1 .. dense_count_ and are not in index_; every later entry is.
   int32_t dense_count_ = 0;
   std::unordered_map<DictKey, int32_t, DictKey::Hash> index_;

@@ -1,12 +1,14 @@
 // Line dictionaries keyed 1..n are looked up by position; every other key
 // through the hash index. These tests cross that boundary in every way the
 // component does (key 0 after the lines, keys out of order, string keys,
-// RemoveAll) and compare with a plain list that searches linearly.
+// RemoveAll) and compare with a plain list that searches linearly. Lines
+// shared with other dictionaries must behave as lines added one by one.
 #include "infra/dictionary.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -116,10 +118,20 @@ TEST(DictionaryKeys, BehavesLikeAnOrderedList) {
     Dictionary d;
     ListModel m;
     int dense = next(8);
+    // Every other round the lines are shared: a slice of a module's store
+    // held by a second dictionary too, which no change to `d` may reach.
+    const bool shared = round % 2 == 1;
+    auto store = std::make_shared<std::vector<std::string>>();
+    store->push_back("before");
     for (int32_t k = 1; k <= dense; ++k) {
-      d.Add(k, "l" + std::to_string(k));
+      if (!shared) d.Add(k, "l" + std::to_string(k));
+      store->push_back("l" + std::to_string(k));
       m.Add(DictKey::Long(k), "l" + std::to_string(k));
     }
+    store->push_back("after");
+    if (shared) d.ShareLines(store, 1, dense);
+    const Dictionary twin = d;
+    const ListModel twin_model = m;
     for (int op = 0; op < 40; ++op) {
       DictKey key =
           next(4) == 0 ? DictKey::String(std::to_string(next(10))) : DictKey::Long(next(14) - 2);
@@ -158,6 +170,7 @@ TEST(DictionaryKeys, BehavesLikeAnOrderedList) {
       EXPECT_EQ(d.Revision() != revision, changes);
     }
     ExpectSame(d, m);
+    ExpectSame(twin, twin_model);
   }
 }
 

@@ -1,9 +1,6 @@
 #include "infra/error_handler.h"
 
-#include <sys/stat.h>
-
 #include <cstdio>
-#include <filesystem>
 #include <new>
 #include <utility>
 
@@ -107,8 +104,7 @@ void CErrorHandler::AppendToLog() {
   }
   std::string folder = p.FallbackLogFolder();
   if (folder.empty()) return;
-  std::error_code ec;
-  std::filesystem::create_directories(OsPath(folder), ec);
+  CreateFolders(folder);
   std::string fallback = JoinPath(folder, "ErrorLog.txt");
   if (AppendBytes(fallback, entry)) log_path_ = fallback;
 }

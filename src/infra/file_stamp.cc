@@ -11,6 +11,7 @@ FileStamp StampOfFile(const std::string& path) {
   struct stat st {};
   if (::stat(OsPath(path).c_str(), &st) != 0) return stamp;
   stamp.exists = true;
+  stamp.folder = (st.st_mode & S_IFMT) == S_IFDIR;
   stamp.device = static_cast<uint64_t>(st.st_dev);
   stamp.inode = static_cast<uint64_t>(st.st_ino);
   stamp.size = static_cast<int64_t>(st.st_size);

@@ -16,6 +16,7 @@ namespace folioscope {
 
 struct FileStamp {
   bool exists = false;
+  bool folder = false;
   uint64_t device = 0;
   uint64_t inode = 0;
   int64_t size = 0;

@@ -1,4 +1,6 @@
 // File helpers: existence tests, whole-file reads and the page-file writer.
+// With os_path.h and file_stamp.h this is the file layer under the platform:
+// the only code that hands paths to the OS's file functions.
 //
 // Paths are Windows-1252 byte strings built by the component with
 // kPathSeparator. File names read from report-set files use backslashes;
@@ -60,6 +62,32 @@ void WriteTextFile(const std::string& path, std::string_view text, bool append);
 // same folder and a rename, so readers never see a half-written file.
 // Returns false on failure.
 bool WriteFileAtomically(const std::string& path, std::string_view bytes);
+
+// Deletes the file; false when it is not there or cannot be deleted.
+bool RemoveFile(const std::string& path);
+
+// Creates one folder level, like VB's MkDir: a missing parent raises 76,
+// any other failure 75. An existing folder is left alone.
+void MakeFolder(const std::string& path);
+
+// Creates the folder and every missing folder above it. True when the
+// folder exists afterwards or already did.
+bool CreateFolders(const std::string& path);
+
+// The path without its last part ("a/b/c" gives "a/b", "c" gives ""), and
+// the last part without its extension ("a/Name.cls" gives "Name"), each
+// taken apart at this platform's separators.
+std::string ParentFolder(const std::string& path);
+std::string PathStem(const std::string& path);
+
+// What lies at `path` when links are not followed: nothing (or nothing that
+// can be looked at), a link whose target does not exist, or anything else.
+enum class EntryKind { kMissing, kDanglingLink, kPresent };
+EntryKind KindOfEntry(const std::string& path);
+
+// True when `path`, links followed, lies strictly below the folder `base`.
+// Parts that do not exist yet are taken as written.
+bool LiesStrictlyBelow(const std::string& base, const std::string& path);
 
 // Copies a file, overwriting the target. A missing source raises 53; a
 // failed write 75.

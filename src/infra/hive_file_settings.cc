@@ -1,6 +1,5 @@
 #include "infra/hive_file_settings.h"
 
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -45,9 +44,8 @@ bool HiveFileSettings::Load() {
 
 bool HiveFileSettings::Store(const RegistryTree& changed) {
   if (!load_error_.empty()) return false;  // never replace a file we could not read
-  std::error_code ec;
-  std::filesystem::path parent = std::filesystem::path(OsPath(path_)).parent_path();
-  if (!parent.empty()) std::filesystem::create_directories(parent, ec);
+  const std::string parent = ParentFolder(path_);
+  if (!parent.empty()) CreateFolders(parent);
   if (!WriteFileAtomically(path_, SerializeHive(changed))) return false;
   tree_ = changed;
   stamp_ = StampOfFile(path_);

@@ -17,11 +17,17 @@ void PageWriter::Write(std::string path, std::string text, bool append, const ch
   const size_t size = text.size();
   std::unique_lock<std::mutex> lock(mutex_);
   // One page larger than the limit still goes through, alone.
-  room_free_.wait(
-      lock, [&] { return pending_bytes_ == 0 || pending_bytes_ + size <= max_pending_bytes_; });
+  if (pending_bytes_ != 0 && pending_bytes_ + size > max_pending_bytes_) {
+    ++waiting_writers_;
+    room_free_.wait(
+        lock, [&] { return pending_bytes_ == 0 || pending_bytes_ + size <= max_pending_bytes_; });
+    --waiting_writers_;
+  }
   pending_bytes_ += size;
   jobs_.push_back(Job{std::move(path), std::move(text), append, procedure});
-  job_ready_.notify_one();
+  // The worker only sleeps on an empty queue; waking it for every page
+  // would cost a system call per page.
+  if (worker_idle_) job_ready_.notify_one();
 }
 
 std::vector<PageWriteFailure> PageWriter::TakeFailures() {
@@ -40,17 +46,26 @@ std::vector<PageWriteFailure> PageWriter::Finish() {
 }
 
 void PageWriter::WorkerLoop() {
+  std::deque<Job> batch;
   std::unique_lock<std::mutex> lock(mutex_);
   for (;;) {
+    worker_idle_ = true;
     job_ready_.wait(lock, [&] { return stopping_ || !jobs_.empty(); });
+    worker_idle_ = false;
     if (jobs_.empty()) return;  // stopping, and nothing left to write
-    Job job = std::move(jobs_.front());
-    jobs_.pop_front();
+    // Everything handed over so far is written in one go, in order.
+    batch.swap(jobs_);
     lock.unlock();
-    WriteOne(job);
+    for (Job& job : batch) {
+      WriteOne(job);
+      const size_t size = job.text.size();
+      std::string().swap(job.text);
+      std::lock_guard<std::mutex> done(mutex_);
+      pending_bytes_ -= size;
+      if (waiting_writers_ > 0) room_free_.notify_all();
+    }
+    batch.clear();
     lock.lock();
-    pending_bytes_ -= job.text.size();
-    room_free_.notify_all();
   }
 }
 

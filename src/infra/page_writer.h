@@ -82,6 +82,8 @@ class PageWriter {
   std::deque<Job> jobs_;
   size_t pending_bytes_ = 0;
   bool stopping_ = false;
+  bool worker_idle_ = false;  // the worker waits for job_ready_
+  int waiting_writers_ = 0;   // callers of Write() waiting for room_free_
   std::vector<PageWriteFailure> failures_;
   std::thread worker_;
 };

@@ -1,16 +1,11 @@
 #include "infra/path_guard.h"
 
 #include <array>
-#include <filesystem>
-#include <system_error>
 #include <vector>
 
 #include "infra/file_system.h"
-#include "infra/os_path.h"
 
 namespace folioscope {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -75,31 +70,14 @@ std::string WithoutTrailingSeparators(std::string base) {
 // True when a link among the parts below `base` points nowhere: the file
 // system would let a write through it create its target, wherever it is.
 bool HasDanglingLink(const std::string& base, const std::vector<std::string_view>& parts) {
-  std::error_code ec;
   std::string prefix = base;
   for (std::string_view part : parts) {
     prefix = JoinPath(prefix, part);
-    const fs::path os_prefix(OsPath(prefix));
-    const fs::file_status own = fs::symlink_status(os_prefix, ec);
-    if (ec || own.type() == fs::file_type::not_found) return false;  // nothing further exists
-    if (own.type() == fs::file_type::symlink && !fs::exists(os_prefix, ec)) return true;
+    const EntryKind kind = KindOfEntry(prefix);
+    if (kind == EntryKind::kMissing) return false;  // nothing further exists
+    if (kind == EntryKind::kDanglingLink) return true;
   }
   return false;
-}
-
-// True when `path`, links followed, lies strictly below `base`.
-bool LiesBelow(const fs::path& base, const fs::path& path) {
-  std::error_code ec;
-  const fs::path real_base = fs::weakly_canonical(base, ec);
-  if (ec) return false;
-  const fs::path real_path = fs::weakly_canonical(path, ec);
-  if (ec) return false;
-  auto b = real_base.begin();
-  auto p = real_path.begin();
-  for (; b != real_base.end(); ++b, ++p) {
-    if (p == real_path.end() || *p != *b) return false;
-  }
-  return p != real_path.end();
 }
 
 }  // namespace
@@ -130,7 +108,7 @@ std::optional<std::string> ResolveInside(const std::string& base, std::string_vi
   for (std::string_view part : parts) joined = JoinPath(joined, part);
   const std::string base_path = WithoutTrailingSeparators(base);
   if (HasDanglingLink(base_path, parts)) return std::nullopt;
-  if (!LiesBelow(fs::path(OsPath(base_path)), fs::path(OsPath(joined)))) return std::nullopt;
+  if (!LiesStrictlyBelow(base_path, joined)) return std::nullopt;
   return joined;
 }
 

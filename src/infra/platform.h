@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "infra/file_stamp.h"
+#include "infra/os_path.h"
 #include "infra/settings_backend.h"
 
 // windows.h turns MessageBox into MessageBoxA; Platform::MessageBox keeps
@@ -52,6 +54,16 @@ class ErrorDialogActions {
   virtual void SendMail() = 0;
 };
 
+// The help compiler of this system.
+struct HelpCompiler {
+  // The program's full path; "" when the system has none.
+  std::string path;
+  // hhc.exe is copied next to the pages and run there by compile.bat;
+  // chmcmd runs where it is installed, on a project file derived for it
+  // (chm/help_compiler.h).
+  bool runs_beside_pages = false;
+};
+
 class Platform {
  public:
   virtual ~Platform() = default;
@@ -83,6 +95,21 @@ class Platform {
   // code, or -1 when the program could not be started.
   virtual int32_t RunAndWait(const std::vector<std::string>& argv,
                              const std::string& working_folder, bool pump_messages) = 0;
+
+  // The program line that runs `command_line` through the system's command
+  // interpreter, for RunAndWait. A hidden run's console output goes nowhere.
+  virtual std::vector<std::string> ShellCommand(const std::string& command_line, bool hidden) = 0;
+
+  // Where the help compiler lies and how it is run.
+  virtual HelpCompiler FindHelpCompiler() = 0;
+
+  // The entries of `folder` (a component path), as os_path.h's ListFolder
+  // gives them.
+  virtual std::vector<FolderEntry> ListFolder(const std::string& folder) = 0;
+
+  // The stamp of the file at `path` (a component path), as file_stamp.h's
+  // StampOfFile gives it.
+  virtual FileStamp StampOfFile(const std::string& path) = 0;
 
   // The application folder (holds Res, sfn.dat, ErrorLog.txt), without a
   // trailing separator.

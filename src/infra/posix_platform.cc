@@ -13,6 +13,7 @@
 
 #include "infra/os_path.h"
 #include "infra/text_encoding.h"
+#include "infra/vb_runtime.h"
 
 #ifndef FOLIOSCOPE_VERSION_MAJOR
 #define FOLIOSCOPE_VERSION_MAJOR 1
@@ -101,6 +102,41 @@ int32_t PosixPlatform::RunAndWait(const std::vector<std::string>& argv,
   }
   if (WIFEXITED(status)) return WEXITSTATUS(status);
   return -1;
+}
+
+std::vector<std::string> PosixPlatform::ShellCommand(const std::string& command_line, bool hidden) {
+  return {"/bin/sh", "-c", hidden ? command_line + " >/dev/null 2>&1" : command_line};
+}
+
+namespace {
+
+bool IsExecutableFile(const std::string& path) {
+  struct stat st {};
+  return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && ::access(path.c_str(), X_OK) == 0;
+}
+
+}  // namespace
+
+HelpCompiler PosixPlatform::FindHelpCompiler() {
+  const char* configured = std::getenv("FOLIOSCOPE_HHC");
+  const std::string program =
+      (configured != nullptr && *configured != '\0') ? configured : "chmcmd";
+  if (program.find('/') != std::string::npos)
+    return HelpCompiler{IsExecutableFile(program) ? program : "", false};
+  const char* path = std::getenv("PATH");
+  for (const std::string& dir : vb::Split(path != nullptr ? path : "", ":")) {
+    const std::string candidate = (dir.empty() ? std::string(".") : dir) + "/" + program;
+    if (IsExecutableFile(candidate)) return HelpCompiler{candidate, false};
+  }
+  return HelpCompiler{};
+}
+
+std::vector<FolderEntry> PosixPlatform::ListFolder(const std::string& folder) {
+  return folioscope::ListFolder(folder);
+}
+
+FileStamp PosixPlatform::StampOfFile(const std::string& path) {
+  return folioscope::StampOfFile(path);
 }
 
 std::string PosixPlatform::FallbackLogFolder() {

@@ -24,6 +24,11 @@ class PosixPlatform : public Platform {
   bool PrintText(const std::string& text) override;
   int32_t RunAndWait(const std::vector<std::string>& argv, const std::string& working_folder,
                      bool pump_messages) override;
+  std::vector<std::string> ShellCommand(const std::string& command_line, bool hidden) override;
+  // The program named by $FOLIOSCOPE_HHC, else chmcmd on PATH.
+  HelpCompiler FindHelpCompiler() override;
+  std::vector<FolderEntry> ListFolder(const std::string& folder) override;
+  FileStamp StampOfFile(const std::string& path) override;
   std::string ApplicationFolder() override { return application_folder_; }
   std::string FallbackLogFolder() override;
   std::string ApplicationFileName() override { return "folioscope"; }

@@ -33,4 +33,24 @@ int32_t RecordingPlatform::RunAndWait(const std::vector<std::string>& argv,
   return on_run ? on_run(program_runs.back()) : 0;
 }
 
+std::vector<std::string> RecordingPlatform::ShellCommand(const std::string& command_line,
+                                                         bool hidden) {
+  return {"/bin/sh", "-c", hidden ? command_line + " >/dev/null 2>&1" : command_line};
+}
+
+HelpCompiler RecordingPlatform::FindHelpCompiler() {
+  ++help_compiler_lookups;
+  return help_compiler;
+}
+
+std::vector<FolderEntry> RecordingPlatform::ListFolder(const std::string& folder) {
+  listed_folders.push_back(folder);
+  return folioscope::ListFolder(folder);
+}
+
+FileStamp RecordingPlatform::StampOfFile(const std::string& path) {
+  stamped_files.push_back(path);
+  return folioscope::StampOfFile(path);
+}
+
 }  // namespace folioscope

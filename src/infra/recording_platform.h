@@ -1,7 +1,10 @@
 // A Platform for tests: an in-memory registry, a chosen application folder,
-// a fixed clock, and a record of every message box, error dialog, opened
-// address, printed text and program run. Dialog answers and program runs
-// can be scripted.
+// a fixed clock, a chosen help compiler (none by default), and a record of
+// every message box, error dialog, opened address, printed text, program
+// run, folder listing and file stamp. Dialog answers and program runs can be
+// scripted. Folder listings and file stamps are the real file system's; the
+// shell command line is the POSIX one, so that a recorded run can be handed
+// on to PosixPlatform.
 #ifndef FOLIOSCOPE_INFRA_RECORDING_PLATFORM_H_
 #define FOLIOSCOPE_INFRA_RECORDING_PLATFORM_H_
 
@@ -37,6 +40,10 @@ class RecordingPlatform : public Platform {
   bool PrintText(const std::string& text) override;
   int32_t RunAndWait(const std::vector<std::string>& argv, const std::string& working_folder,
                      bool pump_messages) override;
+  std::vector<std::string> ShellCommand(const std::string& command_line, bool hidden) override;
+  HelpCompiler FindHelpCompiler() override;
+  std::vector<FolderEntry> ListFolder(const std::string& folder) override;
+  FileStamp StampOfFile(const std::string& path) override;
   std::string ApplicationFolder() override { return application_folder; }
   std::string FallbackLogFolder() override { return fallback_log_folder; }
   std::string ApplicationFileName() override { return "folioscope"; }
@@ -57,6 +64,7 @@ class RecordingPlatform : public Platform {
   int32_t error_dialog_answer = kChoiceIgnore;
   // Called for each program run; returns the exit code (default 0).
   std::function<int32_t(const ProgramRun&)> on_run;
+  HelpCompiler help_compiler;
 
   std::vector<MessageBoxCall> message_boxes;
   std::vector<std::string> error_dialogs;
@@ -64,6 +72,9 @@ class RecordingPlatform : public Platform {
   std::vector<std::string> printed_texts;
   std::vector<ProgramRun> program_runs;
   int64_t pump_count = 0;
+  int64_t help_compiler_lookups = 0;
+  std::vector<std::string> listed_folders;
+  std::vector<std::string> stamped_files;
 };
 
 }  // namespace folioscope

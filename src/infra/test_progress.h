@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 
 namespace folioscope {
 

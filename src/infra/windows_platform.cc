@@ -10,6 +10,7 @@
 
 #include "infra/command_line.h"
 #include "infra/error_handler.h"
+#include "infra/file_system.h"
 #include "infra/windows_registry_settings.h"
 
 // windows.h maps MessageBox to MessageBoxA; here it is the platform's member.
@@ -340,6 +341,24 @@ int32_t WindowsPlatform::RunAndWait(const std::vector<std::string>& argv,
   BOOL got = ::GetExitCodeProcess(process.hProcess, &exit_code);
   ::CloseHandle(process.hProcess);
   return got ? static_cast<int32_t>(exit_code) : -1;
+}
+
+std::vector<std::string> WindowsPlatform::ShellCommand(const std::string& command_line, bool) {
+  return {"cmd.exe", "/c", command_line};
+}
+
+HelpCompiler WindowsPlatform::FindHelpCompiler() {
+  const std::string compiler = ApplicationFolder() + "\\hhc.exe";
+  if (!CFileSystem().IsDateiVorhanden(compiler)) return HelpCompiler{};
+  return HelpCompiler{compiler, true};
+}
+
+std::vector<FolderEntry> WindowsPlatform::ListFolder(const std::string& folder) {
+  return folioscope::ListFolder(folder);
+}
+
+FileStamp WindowsPlatform::StampOfFile(const std::string& path) {
+  return folioscope::StampOfFile(path);
 }
 
 std::string WindowsPlatform::ApplicationFolder() {

@@ -47,6 +47,13 @@ class WindowsPlatform : public Platform {
   // thread's messages keep running, so the host stays responsive.
   int32_t RunAndWait(const std::vector<std::string>& argv, const std::string& working_folder,
                      bool pump_messages) override;
+  // Command lines run through cmd.exe; every program starts without a
+  // window anyway.
+  std::vector<std::string> ShellCommand(const std::string& command_line, bool hidden) override;
+  // hhc.exe in the application folder.
+  HelpCompiler FindHelpCompiler() override;
+  std::vector<FolderEntry> ListFolder(const std::string& folder) override;
+  FileStamp StampOfFile(const std::string& path) override;
   std::string ApplicationFolder() override;
   std::string FallbackLogFolder() override;
   std::string ApplicationFileName() override;

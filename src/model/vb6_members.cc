@@ -109,16 +109,12 @@ ModuleScan ScanStatements(const std::vector<CodeLine>& lines, const std::string&
   return scan;
 }
 
-void CopyLines(const std::vector<CodeLine>& lines, size_t first, size_t count,
-               SourceMember* member) {
+// The member's lines are the module's lines first .. first + count - 1,
+// shared with the module rather than copied.
+void ShareLines(const vb::SharedLines& lines, size_t first, size_t count, SourceMember* member) {
   member->FirstLine = static_cast<int32_t>(first + 1);
   member->LineCount = static_cast<int32_t>(count);
-  // One more: the doc-comment scans read key 0 of every member's lines,
-  // which adds it.
-  member->CodeLines.Reserve(static_cast<int32_t>(count) + 1);
-  for (size_t k = 0; k < count; ++k) {
-    member->CodeLines.Add(static_cast<int32_t>(k + 1), lines[first + k].text);
-  }
+  member->CodeLines.ShareLines(lines, first, static_cast<int32_t>(count));
 }
 
 void AddParameters(const ParsedStatement& parsed, SourceMember* member) {
@@ -137,9 +133,9 @@ void AddParameters(const ParsedStatement& parsed, SourceMember* member) {
 }
 
 // The first line of an Event member: the comment lines directly above it.
-size_t EventFirstLine(const std::vector<CodeLine>& lines, size_t declaration) {
+size_t EventFirstLine(const std::vector<std::string>& texts, size_t declaration) {
   size_t first = declaration;
-  while (first > 0 && IsCommentLine(lines[first - 1].text)) --first;
+  while (first > 0 && IsCommentLine(texts[first - 1])) --first;
   return first;
 }
 
@@ -175,10 +171,13 @@ const Declaration* LastProcedure(const std::vector<Declaration>& declarations) {
 // `next_start` (the line after the previous procedure's End) to its own End
 // line, the last procedure to the end of the file, and moves `next_start`
 // past itself. A procedure without End is reported.
-std::pair<size_t, size_t> MemberLineRange(const std::vector<CodeLine>& lines, const Declaration& d,
-                                          bool is_last_procedure, size_t& next_start,
-                                          const std::string& file_path, Diagnostics* diagnostics) {
-  if (d.parsed.kind == StatementKind::kEvent) return {EventFirstLine(lines, d.first), d.last};
+// `texts` are the texts of `lines`.
+std::pair<size_t, size_t> MemberLineRange(const std::vector<CodeLine>& lines,
+                                          const std::vector<std::string>& texts,
+                                          const Declaration& d, bool is_last_procedure,
+                                          size_t& next_start, const std::string& file_path,
+                                          Diagnostics* diagnostics) {
+  if (d.parsed.kind == StatementKind::kEvent) return {EventFirstLine(texts, d.first), d.last};
   const size_t first = next_start;
   const size_t last = is_last_procedure ? lines.size() - 1 : d.end;
   if (!d.has_end) {
@@ -196,9 +195,19 @@ void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModul
   std::vector<CodeLine>& lines = file.code_lines;
   ModuleScan scan = ScanStatements(lines, file_path, diagnostics);
 
+  // The module and every member read one copy of the lines.
+  auto texts = std::make_shared<std::vector<std::string>>();
+  texts->reserve(lines.size());
+  for (size_t k = 0; k < lines.size(); ++k) {
+    module->FileLines.Add(static_cast<int32_t>(k + 1), lines[k].file_line);
+    texts->push_back(std::move(lines[k].text));
+  }
+  const vb::SharedLines shared = std::move(texts);
+  module->CodeLines.ShareLines(shared, 0, static_cast<int32_t>(lines.size()));
+
   auto header = std::make_unique<SourceMember>();
   header->Name = "Header";
-  CopyLines(lines, 0, scan.header_lines, header.get());
+  ShareLines(shared, 0, scan.header_lines, header.get());
   module->Members.Add(std::move(header), "Header");
 
   size_t next_start = scan.header_lines;
@@ -206,12 +215,12 @@ void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModul
   for (const Declaration& d : scan.declarations) {
     const ParsedStatement& p = d.parsed;
     const int32_t file_line = lines[d.first].file_line;
-    const auto [first, last] =
-        MemberLineRange(lines, d, &d == last_procedure, next_start, file_path, diagnostics);
+    const auto [first, last] = MemberLineRange(lines, *shared, d, &d == last_procedure, next_start,
+                                               file_path, diagnostics);
     if (p.malformed) {
       diagnostics->push_back(
           {file_path, file_line, DiagnosticSeverity::kWarning,
-           "Deklaration nicht vollst\xE4ndig lesbar: " + vb::Trim(lines[d.first].text)});
+           "Deklaration nicht vollst\xE4ndig lesbar: " + vb::Trim((*shared)[d.first])});
     }
     if (!IsValidIdentifier(p.name)) {
       diagnostics->push_back({file_path, file_line, DiagnosticSeverity::kError,
@@ -224,15 +233,9 @@ void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModul
                               "Member doppelt vorhanden: " + member->Name});
       continue;
     }
-    CopyLines(lines, first, last + 1 - first, member.get());
+    ShareLines(shared, first, last + 1 - first, member.get());
     const std::string key = member->Name;
     module->Members.Add(std::move(member), key);
-  }
-  // The members hold copies; the module takes the lines themselves.
-  module->CodeLines.Reserve(static_cast<int32_t>(lines.size()));
-  for (size_t k = 0; k < lines.size(); ++k) {
-    module->FileLines.Add(static_cast<int32_t>(k + 1), lines[k].file_line);
-    module->CodeLines.Add(static_cast<int32_t>(k + 1), std::move(lines[k].text));
   }
 }
 

@@ -20,8 +20,9 @@
 namespace folioscope {
 
 // Fills module->CodeLines and module->Members from FILE; FILE_PATH names the
-// file in diagnostics. The code line texts move into module->CodeLines (FILE
-// keeps their line numbers and everything else).
+// file in diagnostics. The code line texts move into one store that the
+// module's and the members' CodeLines share (FILE keeps their line numbers
+// and everything else).
 void BuildModuleCode(ModuleFile& file, const std::string& file_path, SourceModule* module,
                      Diagnostics* diagnostics);
 

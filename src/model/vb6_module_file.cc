@@ -1,5 +1,6 @@
 #include "model/vb6_module_file.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "infra/vb_runtime.h"
@@ -112,6 +113,9 @@ ModuleFile SplitModuleFile(const std::string& bytes) {
   bool in_header = true;
   int depth = 0;
   int32_t file_line = 0;
+  // Room for every line at once: a module has hundreds, and growing the
+  // list step by step would move each of them several times.
+  module.code_lines.reserve(static_cast<size_t>(std::count(bytes.begin(), bytes.end(), '\n')) + 1);
   ForEachPhysicalLine(bytes, [&](std::string_view line) {
     ++file_line;
     const std::string_view trimmed = TrimmedView(line);

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
-#include <filesystem>
-#include <system_error>
 #include <thread>
 #include <vector>
 
 #include "infra/file_system.h"
 #include "infra/os_path.h"
+#include "infra/platform.h"
 #include "infra/vb_runtime.h"
 #include "model/module_kinds.h"
 #include "model/vb6_declaration.h"
@@ -18,8 +17,6 @@
 
 namespace folioscope {
 namespace {
-
-namespace fs = std::filesystem;
 
 // A module line of the .vbp.
 struct ProjectEntry {
@@ -86,7 +83,7 @@ ProjectFile ParseProjectFile(const std::string& bytes) {
 std::string FileStem(const std::string& relative_path) {
   std::string native = relative_path;
   vb::ReplaceAll(native, "\\", "/");
-  return fs::path(native).stem().string();
+  return PathStem(native);
 }
 
 bool ReadBytes(const std::string& path, std::string* bytes) {
@@ -100,8 +97,8 @@ bool ReadBytes(const std::string& path, std::string* bytes) {
 }
 
 std::string FolderOf(const std::string& path) {
-  const fs::path parent = fs::path(path).parent_path();
-  return parent.empty() ? std::string(".") : parent.string();
+  const std::string parent = ParentFolder(path);
+  return parent.empty() ? std::string(".") : parent;
 }
 
 }  // namespace
@@ -123,7 +120,7 @@ std::string ResolvePathCaseInsensitively(const std::string& folder, const std::s
       // LCase folds the Windows-1252 letters too, so an umlaut written in
       // the other case still matches, as on Windows.
       const std::string wanted = vb::LCase(part);
-      for (const FolderEntry& entry : ListFolder(resolved)) {
+      for (const FolderEntry& entry : CurrentPlatform().ListFolder(resolved)) {
         if (vb::LCase(entry.name) == wanted) {
           candidate = JoinPath(resolved, entry.name);
           break;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "infra/recording_platform.h"
 #include "infra/test_examples.h"
 #include "infra/test_folder.h"
 #include "model/vb6_declaration.h"
@@ -16,6 +17,21 @@ namespace folioscope {
 namespace {
 
 namespace fs = std::filesystem;
+
+// The reader lists folders through the platform: every test of this program
+// runs with a recording one.
+class RecordingPlatformEnvironment : public ::testing::Environment {
+ public:
+  void SetUp() override { previous_ = SetCurrentPlatform(&platform); }
+  void TearDown() override { SetCurrentPlatform(previous_); }
+  RecordingPlatform platform;
+
+ private:
+  Platform* previous_ = nullptr;
+};
+
+RecordingPlatformEnvironment* const g_environment = static_cast<RecordingPlatformEnvironment*>(
+    ::testing::AddGlobalTestEnvironment(new RecordingPlatformEnvironment));
 
 // Lines joined with CR LF, each line ended.
 std::string Crlf(const std::vector<std::string>& lines) {
@@ -100,6 +116,31 @@ TEST(Vb6ModuleFile, Examples) {
       EXPECT_EQ(member->CodeLines.Item(1), m.CodeLines.Item(member->FirstLine)) << member->Name;
     }
   }
+}
+
+// The module and its members share one copy of the lines, which no
+// dictionary's own changes may reach: a member's key 0 and a changed line
+// stay in that member (Header holds every line; Done overlaps it in lines
+// 2 and 3).
+TEST(Vb6Members, SharedLinesKeepEachDictionarysChanges) {
+  TestFolder folder;
+  ModuleReadResult read = ReadText(
+      folder, Crlf({"Attribute VB_Name = \"CRange\"", "Option Explicit", "' Event comment",
+                    "Public Event Done(ByVal Ok As Boolean)", "Private mX As Long", ""}));
+  ASSERT_TRUE(read.module);
+  SourceModule& module = *read.module;
+  SourceMember& done = module.Members.Item("Done");
+  vb::Dictionary before_change = done.CodeLines;
+  EXPECT_EQ(done.CodeLines.Item(0), "");
+  done.CodeLines.SetItem(1, "changed");
+  EXPECT_EQ(done.CodeLines.Count(), 3);
+  EXPECT_EQ(done.CodeLines.KeyAt(1).long_value(), 2);
+  EXPECT_EQ(done.CodeLines.Item(2), "Public Event Done(ByVal Ok As Boolean)");
+  EXPECT_EQ(module.CodeLines.Item(2), "' Event comment");
+  EXPECT_EQ(module.Members.Item("Header").CodeLines.Item(2), "' Event comment");
+  EXPECT_EQ(module.Members.Item("Header").CodeLines.Count(), 5);
+  EXPECT_EQ(module.CodeLines.Count(), 5);
+  EXPECT_EQ(before_change.Item(1), "' Event comment");
 }
 
 TEST(Vb6Declaration, StatementKinds) {
@@ -261,10 +302,13 @@ TEST(Vb6Reader, UmlautFileNamesInAnyCaseAndEncoding) {
                                                     "Class=CB\374cher; unter\xC4\\cb\334cher.CLS",
                                                     "Module=mod\xC4nderung; MOD\xE4NDERUNG.bas",
                                                 }));
+  g_environment->platform.listed_folders.clear();
   ProjectReadResult read = ReadProject(vbp);
   ASSERT_TRUE(read.project);
   EXPECT_TRUE(read.diagnostics.empty()) << read.diagnostics[0].ToText();
   const std::string base = folder.path().string() + "/";
+  // Names in another case are looked up in the platform's folder listings.
+  EXPECT_EQ(g_environment->platform.listed_folders.size(), 4u);
   const std::vector<std::pair<std::string, std::string>> expected = {
       {"frmPr\374fung", base + "frmPr\374fung.frm"},
       {"CB\374cher", base + "Unter\xE4/CB\374cher.cls"},

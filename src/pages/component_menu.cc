@@ -1,21 +1,13 @@
-// The component menu "Menu.htm": the navigation page of the web report's
-// left frame. The project name, then five collapsible nodes (classes, forms,
-// modules, user controls, property pages), each listing the modules of its
-// kind in project order as links into the content frame. Modules of any
-// other kind (designers among them) get a page but no menu entry.
+#include "pages/component_menu.h"
+
 #include <string>
 
-#include "engine/folioscope.h"
-#include "engine/object_required.h"
-#include "infra/error_handler.h"
 #include "infra/vb_runtime.h"
 #include "model/module_kinds.h"
 
 namespace folioscope {
 
 namespace {
-
-constexpr const char* kMenuFile = "Menu.htm";
 
 struct MenuNode {
   ModuleKind kind;
@@ -55,27 +47,17 @@ void AppendNode(std::string& menu, CRessource& res, const SourceProject& project
 
 }  // namespace
 
-int32_t CFolioscope::WriteComponentMenu() {
-  Trap(kClass, "WriteComponentMenu", [&] {
-    CRessource& res = RequireResources(resources_);
-    SourceProject& project = RequireProject(Projekt);
-    std::string menu = res.IndexFrameLinksOben();
-    vb::ReplaceAll(menu, "&&&FS_FrameLinksOben_ProjektName&&&", project.Name);
-    for (const MenuNode& node : kMenuNodes) AppendNode(menu, res, project, node);
-    // Report-set values go in after assembly, so they may also stand inside
-    // the node and link templates.
-    vb::Dictionary& holders = res.PlaceHolder();
-    for (int32_t i = 0; i < res.PlaceholderCount(); ++i) {
-      vb::ReplaceAll(menu, holders.KeyAt(i).ToText(), holders.ItemAt(i));
-    }
-    menu += res.IndexFrameLinksUnten();
-    WriteTextFile(PlainPath + kPathSeparatorText + kMenuFile, menu, false);
-    if (chm_mode_) {
-      chm_file_list_ += kMenuFile;
-      chm_file_list_ += "\r\n";
-    }
-  });
-  return 0;
+std::string ComponentMenuText(CRessource& res, const SourceProject& project) {
+  std::string menu = res.IndexFrameLinksOben();
+  vb::ReplaceAll(menu, "&&&FS_FrameLinksOben_ProjektName&&&", project.Name);
+  for (const MenuNode& node : kMenuNodes) AppendNode(menu, res, project, node);
+  // Report-set values go in after assembly, so they may also stand inside
+  // the node and link templates.
+  vb::Dictionary& holders = res.PlaceHolder();
+  for (int32_t i = 0; i < res.PlaceholderCount(); ++i) {
+    vb::ReplaceAll(menu, holders.KeyAt(i).ToText(), holders.ItemAt(i));
+  }
+  return menu + res.IndexFrameLinksUnten();
 }
 
 }  // namespace folioscope

@@ -1,25 +1,15 @@
-// The member page: kind, scope and name of one member, its syntax line, the
-// doc-comment blocks and one table row per parameter. GetMemberContentSite
-// builds it, WriteMemberContentSite writes it next to the module pages.
-//
-// The tag readers run in a fixed order (parameters, summary, example,
-// remarks, returns): each scan may add key 0 to the member's code-line
-// dictionary, so the order decides what later scans see.
+#include "pages/member_page.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "chm/help_topics.h"
 #include "doccomments/code_reader.h"
 #include "doccomments/param_reader.h"
 #include "doccomments/tag_readers.h"
-#include "engine/folioscope.h"
-#include "engine/object_required.h"
-#include "infra/error_handler.h"
-#include "infra/platform.h"
 #include "infra/vb_runtime.h"
 #include "model/module_kinds.h"
-#include "pages/page_file_guard.h"
+#include "pages/object_required.h"
 #include "pages/template_fill.h"
 
 namespace folioscope {
@@ -186,68 +176,42 @@ void FillMemberBottom(std::string& bottom, SourceMember& member, std::string_vie
 // The readers and language texts run in a fixed order, which the steps
 // below keep: a language text read for the first time joins the language
 // dictionary and so the templates filled after it.
-std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
-                                              const std::string& ProjektName,
-                                              const std::string& ModulName) {
-  std::string result;
-  Trap(kClass, "GetMemberContentSite", [&] {
-    CheckOfReady();
-    if (!ready_) return;
-    CSummary summary;
-    CRemarks remarks;
-    CParam params;
-    CReturns returns;
-    CCode code;
-    CurrentPlatform().PumpMessages();
-    CRessource& res = RequireResources(resources_);
-    SourceMember& member = MemberContent;
-    const std::string file_prefix = ResourceFilePrefix(save_mode_, chm_mode_, report_set_path_);
-    const bool is_header = member.Name == "Header";
-    const bool is_header_any_case = vb::LCase(member.Name) == "header";
+std::string MemberPageText(const ReportContext& context, SourceMember& member,
+                           const std::string& project_name, const std::string& module_name) {
+  CSummary summary;
+  CRemarks remarks;
+  CParam params;
+  CReturns returns;
+  CCode code;
+  CRessource& res = RequireResources(context.resources);
+  const ReportSettings& settings = context.settings;
+  const bool is_header = member.Name == "Header";
+  const bool is_header_any_case = vb::LCase(member.Name) == "header";
 
-    std::string top = res.MemberInhaltOben();
-    std::string bottom = res.MemberInhaltUnten();
-    params.GetParam(member);
-    const std::string scope_word = LanguageText(res, ScopeWordKey(member.Scope));
-    const bool class_like =
-        ModuleKindOfText(RequireProject(Projekt).Components.Item(ModulName).Kind) !=
-        ModuleKind::kModule;
-    std::string syntax = SyntaxOpening(res, member, class_like);
-    FillMemberFrames(res, top, bottom, member, ShowVBInternDescription, ShowHelpContextID,
-                     file_prefix);
+  std::string top = res.MemberInhaltOben();
+  std::string bottom = res.MemberInhaltUnten();
+  params.GetParam(member);
+  const std::string scope_word = LanguageText(res, ScopeWordKey(member.Scope));
+  const bool class_like =
+      ModuleKindOfText(RequireProject(context.project).Components.Item(module_name).Kind) !=
+      ModuleKind::kModule;
+  std::string syntax = SyntaxOpening(res, member, class_like);
+  FillMemberFrames(res, top, bottom, member, settings.ShowVBInternDescription,
+                   settings.ShowHelpContextID, context.file_prefix);
 
-    const std::string kind = MemberKindText(res, member, is_header);
-    summary.GetSummary(member);
-    code.SetGetAsPraeformated(true);
-    code.GetCode(member);
-    const std::string return_type = is_header_any_case ? "" : member.ReturnType;
-    const std::string rows = ParameterRowsAndSyntax(res, member, file_prefix, syntax);
-    const std::string summary_text = summary.SumaryContent();
-    const std::string code_text = code.CodeContent();
-    FillMemberTop(top, member,
-                  {ProjektName, ModulName, kind, scope_word, summary_text, code_text, return_type,
-                   syntax, is_header, is_header_any_case});
-    FillMemberBottom(bottom, member, return_type, remarks, returns);
-    result = top + rows + bottom;
-  });
-  return result;
-}
-
-int32_t CFolioscope::WriteMemberContentSite(SourceMember& Member, const std::string& ModulName,
-                                            bool Append) {
-  Trap(kClass, "WriteMemberContentSite", [&] {
-    CurrentPlatform().PumpMessages();
-    const std::string file_name = MemberPageFileName(ModulName, Member.Name);
-    if (!MayWritePage(file_name, Projekt, ModulName, &Member)) return;
-    std::string page = GetMemberContentSite(Member, ProjektName, ModulName);
-    if (chm_mode_) {
-      chm_toc_text_ += FillTocItem(GetTOCItem(), Member.Name, file_name);
-      chm_toc_text_ += "\r\n";
-    }
-    WritePageFile("WriteMemberContentSite", PlainPath + kPathSeparatorText + file_name,
-                  std::move(page), Append);
-  });
-  return 0;
+  const std::string kind = MemberKindText(res, member, is_header);
+  summary.GetSummary(member);
+  code.SetGetAsPraeformated(true);
+  code.GetCode(member);
+  const std::string return_type = is_header_any_case ? "" : member.ReturnType;
+  const std::string rows = ParameterRowsAndSyntax(res, member, context.file_prefix, syntax);
+  const std::string summary_text = summary.SumaryContent();
+  const std::string code_text = code.CodeContent();
+  FillMemberTop(top, member,
+                {project_name, module_name, kind, scope_word, summary_text, code_text, return_type,
+                 syntax, is_header, is_header_any_case});
+  FillMemberBottom(bottom, member, return_type, remarks, returns);
+  return top + rows + bottom;
 }
 
 }  // namespace folioscope

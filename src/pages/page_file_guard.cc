@@ -1,6 +1,6 @@
 #include "pages/page_file_guard.h"
 
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 #include "infra/path_guard.h"
 #include "infra/vb_runtime.h"
 

@@ -1,33 +1,14 @@
-// The project page: the project's name and version, how many modules of
-// each kind it has and how many source lines. GetProjektSite builds it for a
-// preview, WriteProjekt writes "Projekt.htm" during a save and on its way
-// through the modules has every module page written.
-#include <iterator>
-#include <memory>
+#include "pages/project_page.h"
+
+#include <optional>
 #include <string>
 
-#include "engine/folioscope.h"
-#include "engine/fs_communicator.h"
-#include "engine/object_required.h"
-#include "infra/error_handler.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
-#include "model/module_kinds.h"
 
 namespace folioscope {
 
 namespace {
-
-constexpr const char* kProjectFile = "Projekt.htm";
-constexpr const char* kCrLf = "\r\n";
-
-// Module counts of one project, in the order the page lists them.
-struct ModuleCounts {
-  int32_t of_kind[std::size(kModuleKindNames)] = {};
-  int32_t total_lines = 0;
-
-  int32_t Of(ModuleKind kind) const { return of_kind[static_cast<int>(kind)]; }
-};
 
 // Adds one module: its kind to the matching group (kinds compare exactly; an
 // unknown kind counts in no group) and its lines to the total.
@@ -37,12 +18,6 @@ void CountModule(ModuleCounts& counts, const std::string& kind, int32_t lines) {
     count = vb::AddLong(count, 1);
   }
   counts.total_lines = vb::AddLong(counts.total_lines, lines);
-}
-
-// Counts module `i` (1-based): the kind comes from the component entry, the
-// lines from the code entry's line dictionary as it stands now.
-void CountModuleAt(ModuleCounts& counts, SourceProject& project, int32_t i) {
-  CountModule(counts, project.Components.Item(i).Kind, project.Modules.Item(i).CodeLines.Count());
 }
 
 // The six group lines and, when `with_lines` is set, the lines-of-code
@@ -107,53 +82,15 @@ std::string FillProjectPage(CRessource& res, const SourceProject& project,
 
 }  // namespace
 
-std::string CFolioscope::GetProjektSite() {
-  std::string result;
-  Trap(kClass, "GetProjektSite", [&] {
-    CheckOfReady();
-    if (!ready_) return;
-    SourceProject& project = RequireProject(Projekt);
-    CRessource& res = RequireResources(resources_);
-    ModuleCounts counts;
-    for (int32_t i = 1; i <= project.Modules.Count(); ++i) CountModuleAt(counts, project, i);
-    // The preview shows the lines only when the switch is exactly 1.
-    std::string content = BuildContent(counts, res.SpecificLanguage(), ShowLOCForProjects == 1);
-    result = FillProjectPage(res, project, content, report_set_path_);
-  });
-  return result;
+void CountModuleAt(ModuleCounts& counts, SourceProject& project, int32_t i) {
+  CountModule(counts, project.Components.Item(i).Kind, project.Modules.Item(i).CodeLines.Count());
 }
 
-int32_t CFolioscope::WriteProjekt(int32_t SaveMode) {
-  Trap(kClass, "WriteProjekt", [&] {
-    CurrentPlatform().PumpMessages();
-    SourceProject& project = RequireProject(Projekt);
-    if (chm_mode_) {
-      chm_file_list_ += kProjectFile;
-      chm_file_list_ += kCrLf;
-      std::string item = GetTOCItem();
-      vb::ReplaceAll(item, "&&&TOCCaption&&&", project.Name);
-      vb::ReplaceAll(item, "&&&TOCFile&&&", kProjectFile);
-      chm_toc_text_ += item;
-      chm_toc_text_ += "<ul>";
-    }
-    const int32_t count = project.Modules.Count();
-    // One step more than modules: the project page itself.
-    progress_total_ = vb::AddLong(count, 1);
-    ReportStart(progress_total_);
-    ModuleCounts counts;
-    for (int32_t i = 1; i <= count; ++i) {
-      SourceModule& module = project.Modules.Item(i);
-      ReportWorks(i, module.Name, true);
-      CountModuleAt(counts, project, i);
-      WriteModulContentSite(module, SaveMode, i);
-    }
-    // The written page always carries the lines sentence.
-    CRessource& res = RequireResources(resources_);
-    std::string content = BuildContent(counts, res.SpecificLanguage(), true);
-    std::string page = FillProjectPage(res, project, content, "");
-    WriteTextFile(PlainPath + kPathSeparatorText + kProjectFile, page, false);
-  });
-  return 0;
+std::string ProjectPageText(CRessource& res, const SourceProject& project,
+                            const ModuleCounts& counts, bool with_lines,
+                            const std::string& file_prefix) {
+  const std::string content = BuildContent(counts, res.SpecificLanguage(), with_lines);
+  return FillProjectPage(res, project, content, file_prefix);
 }
 
 }  // namespace folioscope

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <memory>
-#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -34,7 +33,16 @@ void ReplaceOneByOne(std::string& text, const std::vector<TokenReplacement>& rep
 // fill would have it).
 class TokenTable {
  public:
-  explicit TokenTable(const std::vector<TokenReplacement>& replacements) {
+  TokenTable() = default;
+  explicit TokenTable(const std::vector<TokenReplacement>& replacements) { Reset(replacements); }
+
+  // Builds the table for `replacements` anew, keeping the room of the last
+  // build, so a fill that runs for every page allocates nothing here.
+  void Reset(const std::vector<TokenReplacement>& replacements) {
+    usable_ = false;
+    names_.clear();
+    by_name_.clear();
+    name_char_.fill(false);
     names_.reserve(replacements.size());
     for (const auto& r : replacements) {
       if (!IsWholeToken(r.key) || r.value.find(kTokenMark) != std::string_view::npos) return;
@@ -74,18 +82,31 @@ class TokenTable {
   std::unordered_map<std::string_view, std::string_view> by_name_;
 };
 
-// Start positions of the runs of exactly three '&', or nullopt when a longer
-// run exists.
-std::optional<std::vector<size_t>> TokenMarks(const std::string& text) {
-  std::vector<size_t> marks;
+// Puts the start positions of the runs of exactly three '&' into `marks`;
+// false when a longer run exists.
+bool FindTokenMarks(const std::string& text, std::vector<size_t>& marks) {
+  marks.clear();
   for (size_t i = text.find('&'); i != std::string::npos; i = text.find('&', i)) {
     size_t end = i;
     while (end < text.size() && text[end] == '&') ++end;
-    if (end - i > kTokenMark.size()) return std::nullopt;
+    if (end - i > kTokenMark.size()) return false;
     if (end - i == kTokenMark.size()) marks.push_back(i);
     i = end;
   }
-  return marks;
+  return true;
+}
+
+// The buffers of the one-pass fill, kept per thread from one fill to the
+// next: the mark positions, and the text being built, which takes over the
+// room of the text it replaced.
+struct FillScratch {
+  std::vector<size_t> marks;
+  std::string out;
+};
+
+FillScratch& Scratch() {
+  thread_local FillScratch scratch;
+  return scratch;
 }
 
 // The one-pass fill. Its result equals the one-by-one fill when the table
@@ -100,9 +121,9 @@ std::optional<std::vector<size_t>> TokenMarks(const std::string& text) {
 // cannot matter. Returns false, leaving `text` alone, when a condition fails.
 bool ReplaceInOnePass(std::string& text, const TokenTable& table) {
   if (!table.usable()) return false;
-  const std::optional<std::vector<size_t>> found = TokenMarks(text);
-  if (!found) return false;
-  const std::vector<size_t>& marks = *found;
+  FillScratch& scratch = Scratch();
+  if (!FindTokenMarks(text, scratch.marks)) return false;
+  const std::vector<size_t>& marks = scratch.marks;
   if (marks.empty()) return true;
   if (marks.size() % 2 != 0) return false;
   for (size_t k = 1; k + 1 < marks.size(); k += 2) {
@@ -112,7 +133,8 @@ bool ReplaceInOnePass(std::string& text, const TokenTable& table) {
     if (!separated) return false;
   }
 
-  std::string out;
+  std::string& out = scratch.out;
+  out.clear();
   out.reserve(text.size());
   size_t copied = 0;
   for (size_t k = 0; k < marks.size(); k += 2) {
@@ -175,7 +197,9 @@ class PreparedPass {
 }  // namespace
 
 void ReplaceEachInOrder(std::string& text, const std::vector<TokenReplacement>& replacements) {
-  if (!ReplaceInOnePass(text, TokenTable(replacements))) ReplaceOneByOne(text, replacements);
+  thread_local TokenTable table;
+  table.Reset(replacements);
+  if (!ReplaceInOnePass(text, table)) ReplaceOneByOne(text, replacements);
 }
 
 bool IsResourceFileKey(const std::string& key) { return vb::Right(key, 8) == "_File&&&"; }

@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
+#include "infra/fs_communicator.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"

@@ -1,8 +1,8 @@
 #include "reportsets/ressource.h"
 
-#include "engine/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
+#include "infra/fs_communicator.h"
 #include "infra/path_guard.h"
 #include "infra/platform.h"
 #include "infra/registry.h"

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "infra/test_folder.h"
+#include "infra/fs_communicator.h"
 #include "reportsets/winapi_crypt.h"
 
 namespace folioscope {

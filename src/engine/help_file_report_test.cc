@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +13,6 @@ namespace {
 
 using report_testing::ReadBytes;
 using report_testing::ReportTest;
-using report_testing::ScopedEnv;
 using report_testing::WriteBytes;
 
 const char kMissing[] =
@@ -32,7 +30,7 @@ class ChmCompileTest : public ReportTest {
   // Selects the fake compiler; each of its runs writes `chm_bytes` as the
   // help file (nothing when empty) and keeps the batch file it found.
   void UseFakeCompiler(const std::string& chm_bytes) {
-    env_.emplace("FOLIOSCOPE_HHC", fake_compiler_.string());
+    platform_.help_compiler.path = fake_compiler_.string();
     platform_.on_run = [this, chm_bytes](const RecordingPlatform::ProgramRun& run) {
       batch_seen_ = ReadBytes(OutDir() / "compile.bat");
       derived_seen_ = ReadBytes(OutDir() / kChmcmdProjectName);
@@ -42,13 +40,11 @@ class ChmCompileTest : public ReportTest {
     };
   }
   std::filesystem::path fake_compiler_;
-  std::optional<ScopedEnv> env_;
   std::string batch_seen_;
   std::string derived_seen_;
 };
 
 TEST_F(ChmCompileTest, WithoutCompilerEveryFileStaysAndTheRunIsLogged) {
-  ScopedEnv env("FOLIOSCOPE_HHC", (root_ / "bin" / "missing").string());
   SetWord("DelFilesAfterCHMCompiling", 1);
   auto report = MakeReport();
   EXPECT_EQ(report->SaveCHMReportSystem(0), 0);
@@ -149,8 +145,10 @@ TEST_F(ChmCompileTest, MissingHelpFileIsReportedAsAFailedCompile) {
 // The real compiler, when this machine has it: the help file holds the
 // pages, the contents and the context map.
 TEST_F(ChmCompileTest, RealCompilerBuildsTheHelpFile) {
-  if (FindHelpCompiler().empty()) GTEST_SKIP() << "no chmcmd on PATH and no $FOLIOSCOPE_HHC";
   PosixPlatform runner(&platform_.registry, AppDir().string());
+  platform_.help_compiler = runner.FindHelpCompiler();
+  if (platform_.help_compiler.path.empty())
+    GTEST_SKIP() << "no chmcmd on PATH and no $FOLIOSCOPE_HHC";
   platform_.on_run = [&runner](const RecordingPlatform::ProgramRun& run) {
     return runner.RunAndWait(run.argv, run.working_folder, false);
   };

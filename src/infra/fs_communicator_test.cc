@@ -1,4 +1,4 @@
-#include "engine/fs_communicator.h"
+#include "infra/fs_communicator.h"
 
 #include <gtest/gtest.h>
 

@@ -6,8 +6,8 @@
 // Events are raised synchronously on the calling thread, in the order the
 // listeners were added; arguments are passed by reference as in the event
 // interface. A message sent while no communicator is registered is dropped.
-#ifndef FOLIOSCOPE_ENGINE_FS_COMMUNICATOR_H_
-#define FOLIOSCOPE_ENGINE_FS_COMMUNICATOR_H_
+#ifndef FOLIOSCOPE_INFRA_FS_COMMUNICATOR_H_
+#define FOLIOSCOPE_INFRA_FS_COMMUNICATOR_H_
 
 #include <cstdint>
 #include <memory>
@@ -86,4 +86,4 @@ enum IconIndex : int32_t {
 
 }  // namespace folioscope
 
-#endif  // FOLIOSCOPE_ENGINE_FS_COMMUNICATOR_H_
+#endif  // FOLIOSCOPE_INFRA_FS_COMMUNICATOR_H_

@@ -1,10 +1,8 @@
-// The report object's references that a writer cannot do without. A missing
-// one is VB's run-time error 91, which the writer's trap reports like any
-// other fault instead of dereferencing null.
-#ifndef FOLIOSCOPE_ENGINE_OBJECT_REQUIRED_H_
-#define FOLIOSCOPE_ENGINE_OBJECT_REQUIRED_H_
-
-#include <memory>
+// The references that a page or help-project writer cannot do without. A
+// missing one is VB's run-time error 91, which the writer's trap reports like
+// any other fault instead of dereferencing null.
+#ifndef FOLIOSCOPE_PAGES_OBJECT_REQUIRED_H_
+#define FOLIOSCOPE_PAGES_OBJECT_REQUIRED_H_
 
 #include "infra/vb_runtime.h"
 #include "model/source_model.h"
@@ -24,11 +22,11 @@ inline SourceProject& RequireProject(SourceProject* project) {
   return *project;
 }
 
-inline CRessource& RequireResources(const std::unique_ptr<CRessource>& resources) {
-  if (!resources) RaiseObjectNotSet();
+inline CRessource& RequireResources(CRessource* resources) {
+  if (resources == nullptr) RaiseObjectNotSet();
   return *resources;
 }
 
 }  // namespace folioscope
 
-#endif  // FOLIOSCOPE_ENGINE_OBJECT_REQUIRED_H_
+#endif  // FOLIOSCOPE_PAGES_OBJECT_REQUIRED_H_
