@@ -66,6 +66,7 @@ CFolioscope::~CFolioscope() {
 }
 
 void CFolioscope::CheckOfReady() {
+  passed_check_.valid = false;
   Trap(kClass, "CheckOfReady", [&] {
     ready_ = false;
     CRegistry& reg = *registry_;
@@ -82,6 +83,37 @@ void CFolioscope::CheckOfReady() {
     }
     ready_ = LoadReportSet(reg, reload_request);
   });
+  if (!ready_) return;
+  // Counted after the check, whose own messages reach the listeners too.
+  passed_check_ = {true, ListenerCallsReturned(), CurrentPlatform().HostCodeRuns(),
+                   report_set_path_};
+}
+
+// A save checks before every member page, as a caller may change the
+// settings, the report-set folder or ask for the templates to be reloaded
+// (LNR) while the save runs. Only code that runs in the save's own order can
+// do that at a known page: a listener of the progress channel (progress
+// events, log lines, from a COM event sink or the command line's progress
+// bar) or host code run by a pumped message or a modal dialog. As long as
+// neither has run since the last passed check, a re-read finds what that
+// check found, so its outcome is kept: the switches and titles in
+// settings_, the loaded templates, and the report-set prefix, which the
+// save clears after its first check and the page check puts back. Another
+// process may still change the settings store or remove the folder at any
+// moment, but never at a page of ours it could know; the save treats such a
+// change as if it came after the save. After any listener or host code the
+// full check runs again, so a change made there is seen from the next page
+// on, a reload request included.
+void CFolioscope::CheckOfReadyForPage() {
+  const bool unchanged = passed_check_.valid &&
+                         passed_check_.listener_calls == ListenerCallsReturned() &&
+                         passed_check_.host_code_runs == CurrentPlatform().HostCodeRuns();
+  if (!unchanged) {
+    CheckOfReady();
+    return;
+  }
+  ready_ = true;
+  report_set_path_ = passed_check_.report_set_path;
 }
 
 std::string CFolioscope::ReadReportSetChoice(CRegistry& reg) {

@@ -73,6 +73,10 @@ class CFolioscope {
 
   // engine/folioscope.cc
   void CheckOfReady();
+  // The readiness check before a page of a save: the full check, unless the
+  // last check passed and no code of the caller or the host has run since;
+  // then its outcome stands as it was.
+  void CheckOfReadyForPage();
   // The steps of CheckOfReady, in its order. The chosen report set and
   // language; returns the ReportPath setting as read.
   std::string ReadReportSetChoice(CRegistry& reg);
@@ -124,6 +128,9 @@ class CFolioscope {
   std::string GetMemberForModuleContent(int32_t MemberIndex, const std::string& ModulName,
                                         bool Link);
   int32_t WriteMemberContentSite(SourceMember& Member, const std::string& ModulName, bool Append);
+  // GetMemberContentSite, with the page check of a save when `page_of_save`.
+  std::string MemberContentSite(SourceMember& MemberContent, const std::string& ProjektName,
+                                const std::string& ModulName, bool page_of_save);
 
   // engine/help_file_report.cc
   int32_t CreateCHMProjektFile(SaveMode Mode);
@@ -146,6 +153,15 @@ class CFolioscope {
   int32_t save_mode_ = -1;
   bool ready_ = false;
   ReportSettings settings_;  // as the last readiness check read them
+  // What the last readiness check left when it passed, and how far the
+  // caller's listeners and the host's code had run when it ended.
+  struct PassedCheck {
+    bool valid = false;
+    uint64_t listener_calls = 0;
+    uint64_t host_code_runs = 0;
+    std::string report_set_path;
+  };
+  PassedCheck passed_check_;
 
   // Help-file build state.
   bool chm_mode_ = false;

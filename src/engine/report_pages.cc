@@ -7,8 +7,8 @@
 
 #include "chm/chm_project_files.h"
 #include "engine/folioscope.h"
-#include "infra/fs_communicator.h"
 #include "infra/error_handler.h"
+#include "infra/fs_communicator.h"
 #include "infra/platform.h"
 #include "infra/vb_runtime.h"
 #include "pages/component_menu.h"
@@ -128,7 +128,7 @@ int32_t CFolioscope::WriteModulContentSite(SourceModule& Module, int32_t save_mo
     if (!MayWritePage(module_file, Projekt, Module.Name, nullptr)) return;
     if (chm_mode_) ListModulePage(Module, module_file, save_mode, Position);
     // Settings as they stand now: each member page re-runs the readiness
-    // check, which re-reads them.
+    // check, which re-reads them when they may have changed.
     const ModuleSwitches sw = ModuleSwitchesOf(settings_);
     std::string foot;
     std::string page = ModulePageHead(Context(""), Module, sw, foot);
@@ -172,9 +172,19 @@ std::string CFolioscope::GetMemberForModuleContent(int32_t MemberIndex,
 std::string CFolioscope::GetMemberContentSite(SourceMember& MemberContent,
                                               const std::string& ProjektName,
                                               const std::string& ModulName) {
+  return MemberContentSite(MemberContent, ProjektName, ModulName, false);
+}
+
+std::string CFolioscope::MemberContentSite(SourceMember& MemberContent,
+                                           const std::string& ProjektName,
+                                           const std::string& ModulName, bool page_of_save) {
   std::string result;
   Trap(kClass, "GetMemberContentSite", [&] {
-    CheckOfReady();
+    if (page_of_save) {
+      CheckOfReadyForPage();
+    } else {
+      CheckOfReady();
+    }
     if (!ready_) return;
     CurrentPlatform().PumpMessages();
     result = MemberPageText(Context(PagePrefix()), MemberContent, ProjektName, ModulName);
@@ -188,7 +198,7 @@ int32_t CFolioscope::WriteMemberContentSite(SourceMember& Member, const std::str
     CurrentPlatform().PumpMessages();
     const std::string file_name = MemberPageFileName(ModulName, Member.Name);
     if (!MayWritePage(file_name, Projekt, ModulName, &Member)) return;
-    std::string page = GetMemberContentSite(Member, ProjektName, ModulName);
+    std::string page = MemberContentSite(Member, ProjektName, ModulName, true);
     if (chm_mode_) {
       chm_toc_text_ += FillTocItem(TocItemTemplate(), Member.Name, file_name);
       chm_toc_text_ += "\r\n";

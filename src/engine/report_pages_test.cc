@@ -147,5 +147,56 @@ TEST_F(ReportPagesTest, HelpFileModeListsPagesAndNestsTheirContentsEntries) {
                                         entry("Get Eintrag", "Werkzeug_Get_Eintrag.htm") + "\r\n");
 }
 
+// A save checks its readiness before every member page. What the caller
+// changes from a progress event or from host code run by a pumped message
+// is seen from the next member page on; the switch here is the help
+// context's, which shows on member pages only.
+TEST_F(ReportPagesTest, SavePagesSeeSettingsChangedByTheCallerFromTheNextPageOn) {
+  struct Case {
+    const char* how;
+    std::vector<std::string> pages_with_help_context;
+  };
+  const std::vector<Case> cases = {
+      {"none", {}},
+      {"progress event of module 2", {"Werkzeug_Get_Eintrag.htm"}},
+      {"pump before page 2",
+       {"Kasse_Buch_Let_Wert.htm", "Kasse_Buch_Tu_Es.htm", "Kasse_Buch_Geaendert.htm",
+        "Werkzeug_Get_Eintrag.htm"}},
+  };
+  const std::vector<std::string> member_pages = {"Kasse_Buch_Rechne.htm", "Kasse_Buch_Let_Wert.htm",
+                                                 "Kasse_Buch_Tu_Es.htm", "Kasse_Buch_Geaendert.htm",
+                                                 "Werkzeug_Get_Eintrag.htm"};
+  struct SwitchOnWorks : CFSCommunicatorEvents {
+    void Message(std::string&, int32_t&) override {}
+    void OnReportStart(int32_t&) override {}
+    void OnReportWorks(int32_t& value, std::string&, bool&) override {
+      if (value == 2) CRegistry().SaveRegWord(kHkeyCurrentUser, kConfigKey, "ShowHelpContextID", 1);
+    }
+  } switch_on_works;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.how);
+    SetWord("ShowHelpContextID", 0);
+    const std::string how = c.how;
+    if (how == "progress event of module 2") channel_->AddListener(&switch_on_works);
+    // Pumps run before and after each member page's check.
+    const int64_t pumps_before = platform_.pump_count;
+    if (how == "pump before page 2") {
+      platform_.on_pump = [&] {
+        if (platform_.pump_count - pumps_before == 5) SetWord("ShowHelpContextID", 1);
+      };
+    }
+    auto report = MakeReport();
+    report->SaveReport(0);
+    channel_->RemoveListener(&switch_on_works);
+    platform_.on_pump = nullptr;
+    std::vector<std::string> with;
+    for (const std::string& page : member_pages) {
+      if (Out(page).find("Hilfe-ID:") != std::string::npos) with.push_back(page);
+    }
+    EXPECT_EQ(with, c.pages_with_help_context);
+  }
+  EXPECT_EQ(NewFaults(), 0);
+}
+
 }  // namespace
 }  // namespace folioscope

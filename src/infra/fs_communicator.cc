@@ -1,13 +1,29 @@
 #include "infra/fs_communicator.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace folioscope {
 
 namespace {
 thread_local std::shared_ptr<CFSCommunicator> t_channel;
+
+std::atomic<uint64_t> g_listener_calls_returned{0};
+
+// Counts a listener call when it is over, also when it ends by throwing.
+class ListenerCallCount {
+ public:
+  ListenerCallCount() = default;
+  ~ListenerCallCount() { g_listener_calls_returned.fetch_add(1, std::memory_order_relaxed); }
+  ListenerCallCount(const ListenerCallCount&) = delete;
+  ListenerCallCount& operator=(const ListenerCallCount&) = delete;
+};
 }  // namespace
+
+uint64_t ListenerCallsReturned() {
+  return g_listener_calls_returned.load(std::memory_order_relaxed);
+}
 
 void CFSCommunicator::AddListener(CFSCommunicatorEvents* listener) {
   listeners_.push_back(listener);
@@ -22,6 +38,7 @@ int32_t CFSCommunicator::AddLog(const std::string& Desc, int32_t IconIndex) {
   for (auto* l : listeners) {
     std::string desc = Desc;
     int32_t icon = IconIndex;
+    ListenerCallCount counted;
     l->Message(desc, icon);
   }
   return 0;
@@ -31,6 +48,7 @@ void CFSCommunicator::RaiseOnReportStart(int32_t Count) {
   auto listeners = listeners_;
   for (auto* l : listeners) {
     int32_t count = Count;
+    ListenerCallCount counted;
     l->OnReportStart(count);
   }
 }
@@ -42,6 +60,7 @@ void CFSCommunicator::RaiseOnReportWorks(int32_t CurrentValue, const std::string
     int32_t current = CurrentValue;
     std::string description = Description;
     bool praefix = StdPraefix;
+    ListenerCallCount counted;
     l->OnReportWorks(current, description, praefix);
   }
 }

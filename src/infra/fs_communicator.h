@@ -21,8 +21,7 @@ class CFSCommunicatorEvents {
   virtual ~CFSCommunicatorEvents() = default;
   virtual void Message(std::string& Desc, int32_t& IconIndex) = 0;
   virtual void OnReportStart(int32_t& Count) = 0;
-  virtual void OnReportWorks(int32_t& CurrentValue, std::string& Description,
-                             bool& StdPraefix) = 0;
+  virtual void OnReportWorks(int32_t& CurrentValue, std::string& Description, bool& StdPraefix) = 0;
 };
 
 class CFSCommunicator {
@@ -53,6 +52,11 @@ class CFSDataLogger {
   std::shared_ptr<CFSCommunicator> communicator_;
 };
 
+// How many times listeners of any channel have been called into, counted
+// when each call returns. Code that keeps what it read from outside state
+// compares it to see whether a caller could have run in between.
+uint64_t ListenerCallsReturned();
+
 // The calling thread's channel (null when none is registered).
 CFSCommunicator* ProgressChannel();
 void SetProgressChannel(std::shared_ptr<CFSCommunicator> communicator);
@@ -79,9 +83,9 @@ void ReportWorks(int32_t current_value, const std::string& description, bool std
 
 // Icon indexes of the add-in's picture list.
 enum IconIndex : int32_t {
-  kIconProgress = 1,   // progress, success and diagnostics
-  kIconNotReady = 2,   // failures of the readiness check
-  kIconFailure = 3,    // load, copy, compile failures, missing tags
+  kIconProgress = 1,  // progress, success and diagnostics
+  kIconNotReady = 2,  // failures of the readiness check
+  kIconFailure = 3,   // load, copy, compile failures, missing tags
 };
 
 }  // namespace folioscope

@@ -35,7 +35,7 @@ enum MessageBoxStyle : int32_t {
 
 // Choices of the error dialog.
 enum ErrorDialogChoice : int32_t {
-  kChoiceIgnore = 3,   // "Ignorieren"
+  kChoiceIgnore = 3,      // "Ignorieren"
   kChoiceEndProgram = 4,  // "Programm beenden"
 };
 
@@ -73,16 +73,20 @@ class Platform {
 
   // A modal message box with an OK button; `style` is a MessageBoxStyle.
   // Returns the pressed button (1 = OK). Text and title are Windows-1252.
-  virtual int32_t MessageBox(const std::string& text, int32_t style,
-                             const std::string& title) = 0;
+  virtual int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) = 0;
 
   // Shows the error dialog with `report_text` modally and returns the
   // user's choice (kChoiceIgnore or kChoiceEndProgram).
-  virtual int32_t ShowErrorDialog(const std::string& report_text,
-                                  ErrorDialogActions& actions) = 0;
+  virtual int32_t ShowErrorDialog(const std::string& report_text, ErrorDialogActions& actions) = 0;
 
   // Lets the host's pending messages run once (VB's DoEvents).
   virtual void PumpMessages() = 0;
+
+  // How many times this platform has let the host's own code run: a message
+  // dispatched by PumpMessages or RunAndWait, a modal dialog closed. Such
+  // code may change the settings; what was read before the count moved may
+  // be stale. A platform that never runs host code returns 0.
+  virtual uint64_t HostCodeRuns() const { return 0; }
 
   // Opens an address (a mailto: URL) with the system's default handler.
   virtual bool OpenAddress(const std::string& address) = 0;

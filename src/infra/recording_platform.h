@@ -35,7 +35,13 @@ class RecordingPlatform : public Platform {
   SettingsBackend& Settings() override { return registry; }
   int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override;
   int32_t ShowErrorDialog(const std::string& report_text, ErrorDialogActions& actions) override;
-  void PumpMessages() override { ++pump_count; }
+  void PumpMessages() override {
+    ++pump_count;
+    if (!on_pump) return;
+    on_pump();
+    ++host_code_runs;
+  }
+  uint64_t HostCodeRuns() const override { return host_code_runs; }
   bool OpenAddress(const std::string& address) override;
   bool PrintText(const std::string& text) override;
   int32_t RunAndWait(const std::vector<std::string>& argv, const std::string& working_folder,
@@ -64,6 +70,8 @@ class RecordingPlatform : public Platform {
   int32_t error_dialog_answer = kChoiceIgnore;
   // Called for each program run; returns the exit code (default 0).
   std::function<int32_t(const ProgramRun&)> on_run;
+  // The host code a pump lets run (none by default); each run is counted.
+  std::function<void()> on_pump;
   HelpCompiler help_compiler;
 
   std::vector<MessageBoxCall> message_boxes;
@@ -72,6 +80,7 @@ class RecordingPlatform : public Platform {
   std::vector<std::string> printed_texts;
   std::vector<ProgramRun> program_runs;
   int64_t pump_count = 0;
+  uint64_t host_code_runs = 0;
   int64_t help_compiler_lookups = 0;
   std::vector<std::string> listed_folders;
   std::vector<std::string> stamped_files;

@@ -266,8 +266,11 @@ int32_t WindowsPlatform::MessageBox(const std::string& text, int32_t style,
     return IDOK;
   }
   // VB's MsgBox styles are the MB_ flags.
-  return ::MessageBoxW(OwnerWindow(), Wide(text).c_str(), Wide(title).c_str(),
-                       static_cast<UINT>(style) | MB_SETFOREGROUND);
+  // The box's own loop dispatches the host's messages while it is open.
+  const int32_t pressed = ::MessageBoxW(OwnerWindow(), Wide(text).c_str(), Wide(title).c_str(),
+                                        static_cast<UINT>(style) | MB_SETFOREGROUND);
+  ++host_code_runs_;
+  return pressed;
 }
 
 int32_t WindowsPlatform::ShowErrorDialog(const std::string& report_text,
@@ -281,6 +284,7 @@ int32_t WindowsPlatform::ShowErrorDialog(const std::string& report_text,
   DialogTemplate dialog = ErrorDialogTemplate();
   INT_PTR choice = ::DialogBoxIndirectParamW(ThisModule(), dialog.get(), OwnerWindow(),
                                              &ErrorDialogProc, reinterpret_cast<LPARAM>(&state));
+  ++host_code_runs_;
   return choice == kChoiceEndProgram ? kChoiceEndProgram : kChoiceIgnore;
 }
 
@@ -294,6 +298,7 @@ void WindowsPlatform::PumpMessages() {
     }
     ::TranslateMessage(&message);
     ::DispatchMessageA(&message);
+    ++host_code_runs_;
   }
 }
 

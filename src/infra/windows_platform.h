@@ -40,6 +40,7 @@ class WindowsPlatform : public Platform {
   int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override;
   int32_t ShowErrorDialog(const std::string& report_text, ErrorDialogActions& actions) override;
   void PumpMessages() override;
+  uint64_t HostCodeRuns() const override { return host_code_runs_; }
   bool OpenAddress(const std::string& address) override;
   bool PrintText(const std::string& text) override;
   // Programs are started without a window (the component runs only the
@@ -67,6 +68,7 @@ class WindowsPlatform : public Platform {
  private:
   std::unique_ptr<SettingsBackend> owned_settings_;
   SettingsBackend* settings_;
+  uint64_t host_code_runs_ = 0;
 };
 
 // The full path of the module (DLL or program) that holds this code.
