@@ -93,6 +93,18 @@ struct Temporary {
   VARIANT before;
 };
 
+// After a successful call: every temporary whose value the callee changed
+// goes back into the caller's Variant variable.
+void StoreChangedValues(std::vector<Temporary>& temporaries, DISPPARAMS* params) {
+  for (Temporary& t : temporaries) {
+    if (SameValue(t.before, t.value)) continue;
+    VARIANT* variable = V_VARIANTREF(&params->rgvarg[t.slot]);
+    VariantClear(variable);
+    *variable = t.value;  // the variable takes over the value
+    VariantInit(&t.value);
+  }
+}
+
 }  // namespace
 
 HRESULT InvokeWithVariantReferences(ITypeInfo* info, DISPID id, WORD flags, DISPPARAMS* params,
@@ -145,15 +157,7 @@ HRESULT InvokeWithVariantReferences(ITypeInfo* info, DISPID id, WORD flags, DISP
   DISPPARAMS adapted = *params;
   adapted.rgvarg = arguments.data();
   const HRESULT hr = invoke(&adapted);
-  if (SUCCEEDED(hr)) {
-    for (Temporary& t : temporaries) {
-      if (SameValue(t.before, t.value)) continue;
-      VARIANT* variable = V_VARIANTREF(&params->rgvarg[t.slot]);
-      VariantClear(variable);
-      *variable = t.value;  // the variable takes over the value
-      VariantInit(&t.value);
-    }
-  }
+  if (SUCCEEDED(hr)) StoreChangedValues(temporaries, params);
   release_temporaries();
   return hr;
 }
