@@ -45,6 +45,31 @@ TEST(HostSettings, OptionsOverHiveOverDefaultsAndWritesReachOnlyTheHive) {
       << "options never reach the hive";
 }
 
+// What a fresh installation shows: the switches a user finds on, the
+// chosen report set; every other switch is off.
+TEST(HostSettings, DefaultsOfAFreshHive) {
+  TestFolder folder;
+  std::string error;
+  auto store = MakeHostSettings((folder.path() / "fresh.reg").string(), GlobalOptions(), &error);
+  ASSERT_TRUE(store) << error;
+  CRegistry reg(store.get());
+  const std::pair<const char*, int32_t> words[] = {{"ShowModulePath", 0},
+                                                   {"ShowModuleRelativePath", 1},
+                                                   {"ShowLOCForModuls", 1},
+                                                   {"ShowLOCForProjects", 1},
+                                                   {"ShowHelpContextID", 1},
+                                                   {"ShowVBInternDescription", 1},
+                                                   {"ToolBarPublicValue", 1},
+                                                   {"ToolBarFriendValue", 1},
+                                                   {"ToolBarPrivateValue", 1},
+                                                   {"DelFilesAfterCHMCompiling", 0},
+                                                   {"LNR", 0}};
+  for (const auto& [name, expected] : words) {
+    EXPECT_EQ(expected, reg.ReadRegWord(kHkeyCurrentUser, kConfigKey, name, -1)) << name;
+  }
+  EXPECT_EQ("Standard", reg.ReadRegString(kHkeyCurrentUser, kCurrentReportKey, "ReportPath", ""));
+}
+
 TEST(HostSettings, MalformedOptionsAreUsageErrors) {
   const std::pair<std::string, std::string> cases[] = {{"Bogus=1", "unknown setting"},
                                                        {"LNR=abc", "32-bit whole number"},
