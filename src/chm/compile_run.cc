@@ -30,11 +30,6 @@ std::string NameInFolder(const std::string& path, const std::string& folder) {
 
 bool HelpCompilerPresent() { return !CurrentPlatform().FindHelpCompiler().path.empty(); }
 
-std::string HelpCompilerToCopy() {
-  const HelpCompiler compiler = CurrentPlatform().FindHelpCompiler();
-  return compiler.runs_beside_pages ? compiler.path : "";
-}
-
 std::string CompileBatchText(const std::string& folder) {
   return std::string("cd \\") + kCrLf + vb::Left(folder, 2) + kCrLf + "cd " + folder + kCrLf +
          "hhc.exe Project.hhp" + kCrLf;

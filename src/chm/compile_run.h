@@ -30,10 +30,6 @@ inline constexpr const char* kIntermediatePatterns[] = {"*.htm", "*.h",   "*.jpg
 // True when Platform::FindHelpCompiler finds a help compiler to run.
 bool HelpCompilerPresent();
 
-// The compiler file that a help-file build copies next to the pages, or ""
-// when the compiler runs from where it is installed (chmcmd).
-std::string HelpCompilerToCopy();
-
 // compile.bat for the output folder `folder`: change to its drive and
 // folder, run hhc.exe.
 std::string CompileBatchText(const std::string& folder);

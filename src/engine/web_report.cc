@@ -7,7 +7,6 @@
 
 #include "chm/compile_run.h"
 #include "engine/folioscope.h"
-#include "infra/fs_communicator.h"
 #include "infra/error_handler.h"
 #include "infra/file_system.h"
 #include "infra/fs_communicator.h"
@@ -137,15 +136,15 @@ void CFolioscope::CopyResourceFiles(CRessource& res, std::string& hint) {
 }
 
 void CFolioscope::CopyHelpCompiler(std::string& hint) {
-  if (!HelpCompilerPresent()) {
+  const HelpCompiler compiler = CurrentPlatform().FindHelpCompiler();
+  if (compiler.path.empty()) {
     AddLog(kMissingCompilerMessage, kIconFailure);
     CurrentPlatform().MessageBox(kMissingCompilerMessage, kMbOkOnly | kMbExclamation, "Quillon");
     return;
   }
   // chmcmd runs from where it is installed; hhc.exe is run from a copy.
-  const std::string compiler = HelpCompilerToCopy();
-  if (!compiler.empty()) {
-    CopyReportFile(compiler, PlainPath + kPathSeparatorText + "hhc.exe", hint);
+  if (compiler.runs_beside_pages) {
+    CopyReportFile(compiler.path, PlainPath + kPathSeparatorText + "hhc.exe", hint);
   }
 }
 
