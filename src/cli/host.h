@@ -88,8 +88,7 @@ std::string ResolveRegistryPath(const std::string& option);
 // hive file at `registry_path` < this run's options. Returns null and sets
 // `error` when an option is malformed or the hive cannot be read.
 std::unique_ptr<SettingsBackend> MakeHostSettings(const std::string& registry_path,
-                                                  const GlobalOptions& options,
-                                                  std::string* error);
+                                                  const GlobalOptions& options, std::string* error);
 
 using CommandSetup = void (*)(CLI::App& app, Host& host);
 

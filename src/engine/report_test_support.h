@@ -16,8 +16,8 @@
 
 #include "engine/folioscope.h"
 #include "infra/error_handler.h"
-#include "pages/page_test_support.h"
 #include "infra/fs_communicator.h"
+#include "pages/page_test_support.h"
 
 namespace folioscope {
 namespace report_testing {

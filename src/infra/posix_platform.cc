@@ -44,8 +44,8 @@ std::string FindOnPath(const std::string& program) {
   size_t from = 0;
   while (from <= dirs.size()) {
     size_t colon = dirs.find(':', from);
-    std::string dir = dirs.substr(from, colon == std::string::npos ? std::string::npos
-                                                                   : colon - from);
+    std::string dir =
+        dirs.substr(from, colon == std::string::npos ? std::string::npos : colon - from);
     std::string candidate = dir.empty() ? std::string(".") : dir;
     candidate.append("/").append(program);
     struct stat st {};
@@ -156,7 +156,7 @@ AppVersion PosixPlatform::ApplicationVersion() {
 
 std::string PosixPlatform::NowText() {
   std::time_t t = std::time(nullptr);
-  std::tm tm {};
+  std::tm tm{};
   ::localtime_r(&t, &tm);
   char buffer[32];
   std::strftime(buffer, sizeof buffer, "%d.%m.%Y %H:%M:%S", &tm);

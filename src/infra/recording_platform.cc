@@ -2,8 +2,7 @@
 
 namespace folioscope {
 
-RecordingPlatform::RecordingPlatform(std::string folder)
-    : application_folder(std::move(folder)) {}
+RecordingPlatform::RecordingPlatform(std::string folder) : application_folder(std::move(folder)) {}
 
 int32_t RecordingPlatform::MessageBox(const std::string& text, int32_t style,
                                       const std::string& title) {
@@ -11,8 +10,7 @@ int32_t RecordingPlatform::MessageBox(const std::string& text, int32_t style,
   return 1;
 }
 
-int32_t RecordingPlatform::ShowErrorDialog(const std::string& report_text,
-                                           ErrorDialogActions&) {
+int32_t RecordingPlatform::ShowErrorDialog(const std::string& report_text, ErrorDialogActions&) {
   error_dialogs.push_back(report_text);
   return error_dialog_answer;
 }

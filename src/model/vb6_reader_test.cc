@@ -124,9 +124,9 @@ TEST(Vb6ModuleFile, Examples) {
 // 2 and 3).
 TEST(Vb6Members, SharedLinesKeepEachDictionarysChanges) {
   TestFolder folder;
-  ModuleReadResult read = ReadText(
-      folder, Crlf({"Attribute VB_Name = \"CRange\"", "Option Explicit", "' Event comment",
-                    "Public Event Done(ByVal Ok As Boolean)", "Private mX As Long", ""}));
+  ModuleReadResult read =
+      ReadText(folder, Crlf({"Attribute VB_Name = \"CRange\"", "Option Explicit", "' Event comment",
+                             "Public Event Done(ByVal Ok As Boolean)", "Private mX As Long", ""}));
   ASSERT_TRUE(read.module);
   SourceModule& module = *read.module;
   SourceMember& done = module.Members.Item("Done");

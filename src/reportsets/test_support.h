@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <string>
 
-#include "infra/test_folder.h"
 #include "infra/fs_communicator.h"
+#include "infra/test_folder.h"
 #include "reportsets/winapi_crypt.h"
 
 namespace folioscope {
